@@ -1,0 +1,60 @@
+// frmMDI's rules: restoring and saving its placement, arranging the score panel and the
+// playfield on every resize, pausing the game while minimised, and File, New Game.
+// Lengths are twips; the window behind FrameWindow does the real moving.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "game/gorvane.h"
+#include "game/world.h"
+
+namespace quillop {
+
+enum WindowState : int { kNormal = 0, kMinimized = 1, kMaximized = 2 };
+
+// The frame window as its rules see it.
+class FrameWindow {
+public:
+    virtual ~FrameWindow() = default;
+    virtual float top() = 0;
+    virtual float left() = 0;
+    virtual float height() = 0;
+    virtual float width() = 0;
+    virtual int windowState() = 0;
+    // Each setter may raise a resize event, which runs MdiFrame::Form_Resize again.
+    virtual void setTop(float twips) = 0;
+    virtual void setLeft(float twips) = 0;
+    virtual void setHeight(float twips) = 0;
+    virtual void setWidth(float twips) = 0;
+    virtual void setWindowState(int state) = 0;
+    virtual void setScorePanelWidth(float twips) = 0;
+};
+
+class MdiFrame {
+public:
+    // `playfield` loads frmGorvane on first touch, as any code touching a window does.
+    MdiFrame(FrameWindow& window, SettingsStore& settings, ModQuillop& mod,
+             std::function<Gorvane&()> playfield);
+
+    void Form_Load();
+    void Form_Resize();
+    void Form_QueryUnload() { SaveMDISettings(); }
+    void SaveMDISettings();
+    void mnuNewGame_Click();
+
+    // The last placement seen in the normal state (empty until then).
+    struct Placement {
+        std::optional<float> Top, Left, Height, Width;
+    };
+    const Placement& MDIPlacement() const { return placement_; }
+
+private:
+    FrameWindow& window_;
+    SettingsStore& settings_;
+    ModQuillop& mod_;
+    std::function<Gorvane&()> playfield_;
+    Placement placement_;
+};
+
+}  // namespace quillop
