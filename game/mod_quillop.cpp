@@ -1,0 +1,11 @@
+#include "game/mod_quillop.h"
+
+#include "platform/core/number_text.h"
+
+namespace quillop {
+
+void ModQuillop::ShowHighscoreCaption() {
+    host_.setFrameCaption("Quillop High Score by " + Highscorer + " - " + numberText(Highscore));
+}
+
+}  // namespace quillop
