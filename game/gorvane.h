@@ -60,6 +60,7 @@ public:
 
     bool tickRunning() const { return tickRunning_; }
     Generator& rnd() { return rnd_; }
+    PlayfieldWindow& window() { return window_; }
 
     // ---- Controls (models bound by the window) ----
     ControlModel cmdPlay, cmdDrop, cmdShowVars, Label7;

@@ -1,0 +1,79 @@
+// The frame restores itself, keeps its children arranged and remembers its last normal
+// placement, so that a frame closed maximised can be restored to where it was.
+#include "game/frame.h"
+
+#include "game/settings_values.h"
+
+namespace quillop {
+
+MdiFrame::MdiFrame(FrameWindow& window, SettingsStore& settings, ModQuillop& mod,
+                   std::function<Gorvane&()> playfield)
+    : window_(window), settings_(settings), mod_(mod), playfield_(std::move(playfield)) {}
+
+void MdiFrame::Form_Load() {
+    window_.setTop(readTwips(settings_, "MDI", "Top", 300, TwipsUse::Position));
+    window_.setLeft(readTwips(settings_, "MDI", "Left", 300, TwipsUse::Position));
+    window_.setHeight(readTwips(settings_, "MDI", "Height", 6000, TwipsUse::Size));
+    window_.setWidth(readTwips(settings_, "MDI", "Width", 7000, TwipsUse::Size));
+    const int state = readWindowState(settings_, "MDI", kNormal);
+    // A frame closed minimised comes back normal: nobody wants to start a game as an icon.
+    if (state != kMinimized) window_.setWindowState(state);
+}
+
+void MdiFrame::Form_Resize() {
+    if (window_.windowState() == kNormal) {
+        if (window_.width() < 6000) window_.setWidth(6000);
+        if (window_.height() < 5000) window_.setHeight(5000);
+    }
+
+    Gorvane& playfield = playfield_();
+    playfield.Timer1.Enabled = window_.windowState() == kMinimized ? kFalse : kTrue;
+
+    window_.setScorePanelWidth(window_.width() - 500);
+
+    PlayfieldWindow& field = playfield.window();
+    field.setLeft(100);
+    field.setTop(400);
+    const float width = window_.width() - 380.0f;
+    field.setWidth(width > 0 ? width : 2);
+    const float height = window_.height() - 1300.0f;
+    field.setHeight(height > 0 ? height : 2);
+
+    if (window_.windowState() == kNormal) {
+        placement_.Top = window_.top();
+        placement_.Left = window_.left();
+        placement_.Height = window_.height();
+        placement_.Width = window_.width();
+    }
+}
+
+void MdiFrame::SaveMDISettings() {
+    if (window_.windowState() != kNormal) {
+        // Never seen in the normal state this run: keep whatever placement was stored.
+        auto writeKnown = [&](const char* key, const std::optional<float>& value) {
+            if (value) writeTwips(settings_, "MDI", key, *value);
+        };
+        writeKnown("Top", placement_.Top);
+        writeKnown("Left", placement_.Left);
+        writeKnown("Height", placement_.Height);
+        writeKnown("Width", placement_.Width);
+    } else {
+        writeTwips(settings_, "MDI", "Top", window_.top());
+        writeTwips(settings_, "MDI", "Left", window_.left());
+        writeTwips(settings_, "MDI", "Height", window_.height());
+        writeTwips(settings_, "MDI", "Width", window_.width());
+    }
+    writeNumber(settings_, "MDI", "Windowstate", window_.windowState());
+}
+
+void MdiFrame::mnuNewGame_Click() {
+    if (mod_.GameLoaded != kTrue || mod_.GameOver == kTrue) {
+        playfield_().NewGame();
+        return;
+    }
+    mod_.playSound("catfish.wav");
+    if (mod_.host().askYesNo("Chickening out of the current game?"))
+        playfield_().NewGame();
+}
+
+}  // namespace quillop
