@@ -1,0 +1,172 @@
+// A playfield in a test tube: every part of the world the rules talk to, recorded, so a
+// test can set up a situation, run a tick and look at what the game did.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "game/gorvane.h"
+#include "game/world.h"
+
+namespace quillop::test {
+
+struct Paint {
+    Pic picture;
+    float x, y;
+};
+
+struct RecordingSurface : Surface {
+    std::vector<Paint> paints;
+    std::vector<std::uint32_t> backColors;
+    int clears = 0;
+    void paintPicture(Pic p, float x, float y) override { paints.push_back({p, x, y}); }
+    void setBackColor(std::uint32_t bgr) override { backColors.push_back(bgr); }
+    void clear() override { ++clears; }
+    int count(Pic p) const {
+        int n = 0;
+        for (const Paint& paint : paints) n += paint.picture == p;
+        return n;
+    }
+};
+
+struct RecordingSound : SoundPlayer {
+    std::vector<std::string> played;
+    void playSound(const std::string& name) override { played.push_back(name); }
+    int count(const std::string& name) const {
+        int n = 0;
+        for (const std::string& s : played) n += s == name;
+        return n;
+    }
+};
+
+struct MemorySettings : SettingsStore {
+    std::map<std::string, std::string> values;
+    std::vector<std::string> writes;  // "Section/Key=value", in order
+    std::string read(const std::string& section, const std::string& key,
+                     const std::string& fallback) override {
+        auto it = values.find(section + "/" + key);
+        return it == values.end() ? fallback : it->second;
+    }
+    void write(const std::string& section, const std::string& key, const std::string& value) override {
+        values[section + "/" + key] = value;
+        writes.push_back(section + "/" + key + "=" + value);
+    }
+};
+
+struct RecordingHost : Host {
+    std::string score, level, lives, caption;
+    int highscoreDialogs = 0;
+    int questions = 0;
+    bool answer = true;
+    std::function<void()> onHighscoreDialog;
+    void setScoreLabel(const std::string& t) override { score = t; }
+    void setLevelLabel(const std::string& t) override { level = t; }
+    void setLivesLabel(const std::string& t) override { lives = t; }
+    void setFrameCaption(const std::string& t) override { caption = t; }
+    void showHighscoreDialog() override {
+        ++highscoreDialogs;
+        if (onHighscoreDialog) onHighscoreDialog();
+    }
+    bool askYesNo(const std::string&) override {
+        ++questions;
+        return answer;
+    }
+};
+
+// A playfield whose inner area is 440 x 300 pixels unless a test says otherwise.
+struct TestPlayfieldWindow : PlayfieldWindow {
+    float innerWidth = 440, innerHeight = 300;
+    float topT = 0, leftT = 0, heightT = 0, widthT = 0;
+    int state = 0;
+    std::string caption;
+    float scaleWidth() override { return innerWidth; }
+    float scaleHeight() override { return innerHeight; }
+    float top() override { return topT; }
+    float left() override { return leftT; }
+    float height() override { return heightT; }
+    float width() override { return widthT; }
+    int windowState() override { return state; }
+    void setTop(float v) override { topT = v; }
+    void setLeft(float v) override { leftT = v; }
+    void setHeight(float v) override { heightT = v; }
+    void setWidth(float v) override { widthT = v; }
+    void setWindowState(int s) override { state = s; }
+    void setCaption(const std::string& t) override { caption = t; }
+};
+
+// Seconds since midnight, stepping 1/64 s each time the game processes events.
+struct SteppingClock : Clock, EventPump {
+    double now = 36000;
+    std::uint32_t seed = 0;
+    int pumps = 0;
+    double secondsSinceMidnight() override { return now; }
+    std::uint32_t randomSeed() override { return seed; }
+    void processPendingEvents() override {
+        ++pumps;
+        now += 1.0 / 64;
+        if (now >= 86400) now -= 86400;
+    }
+};
+
+// Sets the generator so that the draw `ahead` draws from now returns r (a multiple of
+// 2^-24), by running the step backwards from the wanted state.
+inline void forceDraw(Generator& g, int ahead, double r) {
+    const std::uint64_t a = 1140671485u, c = 12820163u, m = 16777216u;
+    std::uint64_t inverse = 1;  // a is odd, so a^(2^22 - 1) is its inverse mod 2^24
+    for (std::uint64_t base = a % m, e = (1u << 22) - 1; e; e >>= 1, base = base * base % m)
+        if (e & 1) inverse = inverse * base % m;
+    std::uint64_t s = static_cast<std::uint64_t>(r * m) % m;
+    for (int k = 0; k <= ahead; ++k) s = (s + m - c) % m * inverse % m;
+    g.seed(static_cast<std::uint32_t>(s));
+}
+inline void forceNextDraw(Generator& g, double r) { forceDraw(g, 0, r); }
+
+struct Rig {
+    RecordingSurface surface;
+    RecordingSound sound;
+    MemorySettings settings;
+    RecordingHost host;
+    TestPlayfieldWindow window;
+    SteppingClock clock;
+    Generator rnd;
+    ModQuillop mod{sound, host};
+    Gorvane g{{mod, window, surface, settings, rnd, clock, clock}};
+
+    Rig() { g.Form_Load(); }
+
+    // Play pressed and the paddle parked far from everything, so only the rule under test acts.
+    void play() {
+        g.cmdPlay_Click();
+        g.Form_MouseMove(-500, -500);
+    }
+    // Keep the field objects and the formation away from the puck.
+    void clearField() {
+        g.Catfish.Left = 10000;
+        g.Catfish.Top = 10000;
+        g.EnergypodSprite.Left = -10000;
+        g.EnergypodSprite.Top = -10000;
+        g.Pointspod.Active = kFalse;
+        g.Pointspod.Left = -1000;
+        g.Pointspod.Top = -1000;
+        g.Sidestopper.Active = kFalse;
+        g.Sidestopper.Left = -1000;
+        for (auto* row : {&g.ArseRowA, &g.ArseRowB})
+            for (SpriteRecord& r : *row) r.Active = kFalse;
+        g.Speed1 = g.Speed2 = g.Speed3 = g.Speed4 = g.Speed5 = g.Speed6 = 0;
+    }
+    void putPuck(float left, float top, double xmove, double ymove) {
+        g.shapePuck.Left = left;
+        g.shapePuck.Top = top;
+        g.XMove = xmove;
+        g.YMove = ymove;
+        g.CalcPuckEdges();
+    }
+    void ticks(int n) {
+        for (int k = 0; k < n; ++k) g.Timer1_Timer();
+    }
+};
+
+}  // namespace quillop::test

@@ -1,0 +1,151 @@
+// The ready state after load, a game's start and every serve.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/core/rig.h"
+
+namespace quillop::test {
+
+TEST(ReadyState, LoadLeavesABlackFieldWithTheCentredPlayButtonAndNoPuck) {
+    Rig rig;
+    Gorvane& g = rig.g;
+    EXPECT_EQ(g.cmdPlay.Visible, kTrue);
+    EXPECT_FLOAT_EQ(g.cmdPlay.Left, (440 - 145) / 2.0f);
+    EXPECT_FLOAT_EQ(g.cmdPlay.Top, (300 - 41) / 2.0f);
+    EXPECT_EQ(g.cmdDrop.Visible, kFalse);
+    EXPECT_EQ(g.Label7.Visible, kFalse);
+    EXPECT_EQ(g.shapePuck.Visible, kFalse);
+    EXPECT_EQ(rig.host.score, "0");
+    ASSERT_FALSE(rig.surface.backColors.empty());
+    EXPECT_EQ(rig.surface.backColors.back(), kBlack);
+    EXPECT_EQ(rig.sound.played, std::vector<std::string>{"begin.wav"});
+    EXPECT_EQ(rig.host.caption, "Quillop High Score by Ormswell - 0");
+    EXPECT_EQ(rig.mod.GameOver, kTrue);
+    EXPECT_EQ(rig.mod.GameLoaded, kTrue);
+    // The pods' places come from the unseeded sequence; the seeding comes last.
+    EXPECT_EQ(rig.rnd.draws(), 2u);
+    EXPECT_EQ(rig.rnd.state(), rig.clock.seed);
+    Generator fresh;
+    const double podDraw = fresh.next(), stopperDraw = fresh.next();
+    EXPECT_EQ(g.Pointspod.Top, std::floor(300 * podDraw + 1));
+    EXPECT_EQ(g.Sidestopper.Top, std::floor(300 * stopperDraw + 1));
+    EXPECT_EQ(g.Pointspod.Left, -40);
+    EXPECT_EQ(g.Sidestopper.Left, -10);
+}
+
+TEST(Serve, PlayDrawsSixSpeedsThenThePuckPlaceAndDirectionsThenTwoPodPlaces) {
+    Rig rig;
+    Generator expected = rig.rnd;
+    rig.g.cmdPlay_Click();
+    Gorvane& g = rig.g;
+    double r[11];
+    for (double& x : r) x = expected.next();
+    const Double speeds[6] = {g.Speed1, g.Speed2, g.Speed3, g.Speed4, g.Speed5, g.Speed6};
+    for (int k = 0; k < 6; ++k) EXPECT_EQ(speeds[k], std::floor(r[k] * 6 + 1)) << "Speed" << k + 1;
+    EXPECT_EQ(g.shapePuck.Left, std::floor(440 * r[6] + 1));
+    EXPECT_EQ(g.XMove, std::cos(r[7] * 180 * 2 * 3.1415926 / 360));
+    EXPECT_EQ(g.YMove, std::sin(r[8] * 180 * 2 * 3.1415926 / 360));
+    EXPECT_EQ(g.Pointspod.Top, std::floor(300 * r[9] + 1));
+    EXPECT_EQ(g.Sidestopper.Top, std::floor(300 * r[10] + 1));
+    EXPECT_EQ(rig.rnd.draws(), 2u + 11u);
+
+    EXPECT_EQ(g.shapePuck.Top, 0);
+    EXPECT_EQ(g.shapePuck.Visible, kTrue);
+    EXPECT_EQ(g.shapePuck.Shape, kShapeCircle);
+    EXPECT_EQ(g.shapePuck.FillColor, kWhite);
+    EXPECT_EQ(g.shapePuck.Width, 8);
+    EXPECT_EQ(g.Timer1.Enabled, kTrue);
+    EXPECT_EQ(g.Timer1.Interval, 1);
+    EXPECT_EQ(g.Level, 1);
+    EXPECT_EQ(g.Lives, 3);
+    EXPECT_EQ(g.EnergizedTime, 160);
+    EXPECT_EQ(g.cmdPlay.Visible, kFalse);
+    EXPECT_EQ(g.Pointspod.Active, kTrue);
+    EXPECT_EQ(rig.sound.played.back(), "drop.wav");
+    EXPECT_EQ(rig.mod.GameOver, kFalse);
+    for (int k = 0; k <= 7; ++k) {
+        EXPECT_EQ(g.ArseRowA[k].Active, kTrue);
+        EXPECT_EQ(g.ArseRowA[k].Left, (440 - 24) / 2.0f);
+        EXPECT_EQ(g.ArseRowA[k].Top, (300 - 22) / 2.0f);
+        EXPECT_EQ(g.ArseRowB[k].Active, kFalse);
+    }
+    EXPECT_FLOAT_EQ(g.Catfish.Top, 300 - 75 / 6.0f);
+}
+
+TEST(Serve, DirectionUsesTheLiteralPiAndTwoSeparateDraws) {
+    Rig rig;
+    rig.play();
+    // r1 = 0: straight right; the level component comes from its own draw.
+    forceDraw(rig.rnd, 1, 0.0);
+    rig.g.setdropvars();
+    EXPECT_EQ(rig.g.XMove, 1.0);
+    EXPECT_GT(rig.g.YMove, 0.0);
+    // r1 = 1/2 with Pi = 3.1415926 is not quite a right angle.
+    forceDraw(rig.rnd, 1, 0.5);
+    rig.g.setdropvars();
+    EXPECT_GT(rig.g.XMove, 2.6e-8);
+    EXPECT_LT(rig.g.XMove, 2.7e-8);
+    // r2 = 0: no vertical component.
+    forceDraw(rig.rnd, 2, 0.0);
+    rig.g.setdropvars();
+    EXPECT_EQ(rig.g.YMove, 0.0);
+}
+
+TEST(Serve, PodHitDistanceReadsTheWidthThePuckHadBeforeTheServe) {
+    {
+        Rig rig;  // Play before any tick: the design width 9, (9 + 48) / 2 = 28.5 to even
+        rig.g.cmdPlay_Click();
+        EXPECT_EQ(rig.g.PodHitDistance, 28);
+    }
+    {
+        Rig rig;  // one ready-state tick resizes the hidden puck to PuckSize, still 0
+        rig.ticks(1);
+        EXPECT_EQ(rig.g.shapePuck.Width, 0);
+        rig.g.cmdPlay_Click();
+        EXPECT_EQ(rig.g.PodHitDistance, 24);
+    }
+    Rig rig;
+    rig.play();
+    rig.g.cmdDrop_Click();  // a normal puck of 8
+    EXPECT_EQ(rig.g.PodHitDistance, 28);
+    rig.g.shapePuck.Width = 12;  // as an energized puck is lost
+    rig.g.cmdDrop_Click();
+    EXPECT_EQ(rig.g.PodHitDistance, 30);
+}
+
+TEST(Serve, DropServesAgainKeepingTheGame) {
+    Rig rig;
+    rig.play();
+    Gorvane& g = rig.g;
+    g.Level = 4;
+    g.Lives = 2;
+    rig.mod.Score = 4321;
+    g.Energized = kTrue;
+    g.SeekerTimer = 77;
+    g.ParkPuck();
+    g.cmdDrop.Visible = kTrue;
+    g.cmdDrop_Click();
+    EXPECT_EQ(g.shapePuck.Visible, kTrue);
+    EXPECT_EQ(g.cmdDrop.Visible, kFalse);
+    EXPECT_EQ(g.shapePuck.Top, 0);
+    EXPECT_EQ(g.Energized, kFalse);
+    EXPECT_EQ(g.SeekerTimer, 0);
+    EXPECT_EQ(g.Increment, 1.2);
+    EXPECT_EQ(g.Level, 4);
+    EXPECT_EQ(g.Lives, 2);
+    EXPECT_EQ(rig.mod.Score, 4321);
+    EXPECT_EQ(rig.sound.played.back(), "drop.wav");
+}
+
+TEST(Serve, PlayClearsLeftoverMinesAndMovesNothingToTheirPlaces) {
+    Rig rig;
+    rig.play();
+    rig.g.Form_MouseDown(100, 100);
+    rig.g.Form_MouseDown(120, 100);
+    ASSERT_EQ(rig.g.Mines[1].Active, kTrue);
+    rig.g.cmdPlay_Click();
+    for (int k = 0; k <= 2; ++k) EXPECT_EQ(rig.g.Mines[k].Active, kFalse);
+}
+
+}  // namespace quillop::test
