@@ -1,0 +1,200 @@
+// The Catfish, the two pods, the Sidestopper and the energized puck.
+#include <gtest/gtest.h>
+
+#include "tests/core/rig.h"
+
+namespace quillop::test {
+
+namespace {
+
+struct FieldRig : Rig {
+    FieldRig() {
+        play();
+        clearField();
+        sound.played.clear();
+    }
+    // A puck resting mid-field: only the pull moves it during a tick.
+    void puckMidField() { putPuck(200, 100, 0, 0); }
+};
+
+}  // namespace
+
+TEST(Catfish, ShootsUpAPuckBelowItsTopEdgeAnywhereOverItsWidth) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    g.Catfish.Left = 150;
+    g.Catfish.Top = 287.5f;
+    g.Speed3 = 2;
+    rig.putPuck(160, 284, 0, 0);  // bottom 292 after the pull: under the Catfish's top edge
+    rig.ticks(1);
+    EXPECT_EQ(g.Catfish.Left, 148);
+    EXPECT_EQ(g.XMove, 0);
+    EXPECT_EQ(g.YMove, -25);
+    EXPECT_FLOAT_EQ(g.shapePuck.Top, 287.5f - 8);
+    EXPECT_EQ(rig.mod.Score, 200);
+    EXPECT_EQ(rig.sound.count("catfish.wav"), 1);
+}
+
+TEST(Catfish, SwimsOutLeftAndComesBackFromTheRightEdge) {
+    FieldRig rig;
+    rig.g.Catfish.Left = -74;
+    rig.g.Catfish.Top = 287.5f;
+    rig.g.Speed3 = 2;
+    rig.ticks(1);
+    EXPECT_EQ(rig.g.Catfish.Left, 440);
+}
+
+TEST(Energypod, ContactEnergizesThePuckAndSendsItBack) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    rig.putPuck(200, 100, 1.5, -2);
+    // Centre on the puck's centre after its step, less the pod's average drift of 5.
+    g.EnergypodSprite.Left = 200 + 4 - 24 - 5;
+    g.EnergypodSprite.Top = 100 + 4 - 24;
+    g.Pointspod.Active = kFalse;
+    rig.ticks(1);
+    EXPECT_EQ(g.Energized, kTrue);
+    EXPECT_EQ(g.Increment, 4.0);
+    EXPECT_EQ(g.shapePuck.Shape, kShapeSquare);
+    EXPECT_EQ(g.shapePuck.Width, 12);
+    EXPECT_EQ(g.shapePuck.FillStyle, kFillDiagonalCross);
+    EXPECT_EQ(g.shapePuck.FillColor, kTeal);
+    EXPECT_EQ(g.PaddleWidth, 64);
+    EXPECT_EQ(g.PaddleImage, 1);
+    EXPECT_LT(g.XMove, 0);
+    EXPECT_GT(g.YMove, 0);
+    EXPECT_EQ(g.Pointspod.Active, kTrue);  // uncloaked
+    EXPECT_EQ(rig.mod.Score, 500);
+    EXPECT_EQ(rig.sound.count("energypod.wav"), 1);
+    EXPECT_EQ(g.EnergizedTicks, 1);  // zeroed at the contact, counted at the tick's end
+}
+
+TEST(Energypod, WarningAt130TicksAndTheEndAt160OnLevelOne) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    rig.puckMidField();
+    g.EnergypodSprite.Left = 200 + 4 - 24 - 5;
+    g.EnergypodSprite.Top = 100 + 4 - 24;
+    rig.ticks(1);
+    ASSERT_EQ(g.Energized, kTrue);
+    g.EnergypodSprite.Left = -10000;  // no second contact
+    g.Pointspod.Active = kFalse;
+    rig.ticks(129);
+    EXPECT_EQ(g.shapePuck.FillStyle, kFillDiagonalCross);
+    rig.ticks(1);
+    EXPECT_EQ(g.shapePuck.FillStyle, kFillSolid);
+    EXPECT_EQ(g.shapePuck.FillColor, kYellowGreen);
+    EXPECT_EQ(g.shapePuck.Shape, kShapeSquare);
+    EXPECT_EQ(g.shapePuck.Width, 8);
+    EXPECT_EQ(g.Energized, kTrue);
+    rig.ticks(29);
+    EXPECT_EQ(g.Energized, kTrue);
+    rig.ticks(1);
+    EXPECT_EQ(g.Energized, kFalse);
+    EXPECT_EQ(g.shapePuck.Shape, kShapeCircle);
+    EXPECT_EQ(g.shapePuck.FillColor, kWhite);
+    EXPECT_EQ(g.PaddleWidth, 32);
+    EXPECT_EQ(g.PaddleImage, 0);
+    EXPECT_EQ(g.Increment, 1.2);
+}
+
+TEST(Energypod, TheEndFiresSilentlyEvery201TicksWithoutEnergy) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    g.shapePuck.Visible = kFalse;  // nothing else touches Increment
+    g.PuckInPlay = kFalse;         // and no Seeker comes
+    g.EnergizedTicks = 160;
+    g.Increment = 3;
+    rig.ticks(1);
+    EXPECT_EQ(g.Increment, 1.2);
+    g.Increment = 3;
+    rig.ticks(200);
+    EXPECT_EQ(g.Increment, 3);
+    rig.ticks(1);
+    EXPECT_EQ(g.Increment, 1.2);
+    EXPECT_TRUE(rig.sound.played.empty());
+    EXPECT_EQ(g.shapePuck.FillColor, kWhite);  // the warning needs Energized
+}
+
+TEST(Energypod, LeavesRightReentersLeft150LowerOrBackAtTopTen) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    g.EnergypodSprite.Left = 450;
+    g.EnergypodSprite.Top = 100;
+    g.Jitter = 0;
+    rig.ticks(1);
+    EXPECT_EQ(g.EnergypodSprite.Left, -48);
+    EXPECT_GE(g.EnergypodSprite.Top, 248);
+    EXPECT_LE(g.EnergypodSprite.Top, 252);
+    // Jitter 0 erases last tick's frame 3 and paints frame 0.
+    EXPECT_EQ(rig.surface.count(Pic::Energypodmask3), 1);
+    EXPECT_EQ(rig.surface.count(Pic::Energypod0), 1);
+    g.EnergypodSprite.Left = 450;
+    g.EnergypodSprite.Top = 200;
+    rig.ticks(1);
+    EXPECT_EQ(g.EnergypodSprite.Top, 10);
+}
+
+TEST(Pointspod, ContactCloaksItAndSendsThePuckOffOnADiagonal) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    rig.putPuck(200, 100, 3, 0);
+    g.Pointspod.Active = kTrue;
+    g.Pointspod.Left = 190;
+    g.Pointspod.Top = 90;
+    const double inc = g.Increment;
+    rig.ticks(1);
+    const double yAtContact = 0.5 * 0.998;  // the pull had acted before the contact
+    EXPECT_EQ(g.XMove, -yAtContact);
+    EXPECT_EQ(g.YMove, -yAtContact);
+    EXPECT_EQ(g.Pointspod.Active, kFalse);
+    EXPECT_EQ(g.Energized, kTrue);
+    EXPECT_EQ(g.shapePuck.Width, 12);
+    EXPECT_EQ(g.PaddleWidth, 64);
+    EXPECT_EQ(g.Increment, inc);
+    EXPECT_EQ(rig.mod.Score, 1500);
+    EXPECT_EQ(rig.sound.count("pointspod.wav"), 1);
+}
+
+TEST(Pointspod, TouchingEdgesAreNoContact) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    rig.putPuck(200, 100, 0, -0.5);  // the pull leaves it in place
+    g.Pointspod.Active = kTrue;
+    g.Pointspod.Left = 208;  // exactly at the puck's right edge
+    g.Pointspod.Top = 90;
+    rig.ticks(1);
+    EXPECT_EQ(g.Pointspod.Active, kTrue);
+    EXPECT_EQ(rig.mod.Score, 0);
+}
+
+TEST(Sidestopper, StopsThePuckAndScoresOnEveryTickOfOverlap) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    rig.putPuck(200, 100, 4, 2);
+    g.Sidestopper.Active = kTrue;
+    g.Sidestopper.Left = 203;
+    g.Sidestopper.Top = 60;
+    rig.ticks(2);
+    EXPECT_EQ(g.XMove, 0);
+    EXPECT_EQ(g.YMove, 0);
+    EXPECT_EQ(rig.mod.Score, 100);
+    EXPECT_EQ(rig.sound.count("sidestopper.wav"), 2);
+}
+
+TEST(Sidestopper, DriftsDownLeftAndWraps) {
+    FieldRig rig;
+    Gorvane& g = rig.g;
+    g.Speed2 = 3;
+    g.Speed3 = 5;
+    g.Sidestopper.Left = 100;
+    g.Sidestopper.Top = 298;
+    rig.ticks(1);
+    EXPECT_EQ(g.Sidestopper.Left, 97);
+    EXPECT_EQ(g.Sidestopper.Top, -75);  // below H: back above the top
+    g.Sidestopper.Left = -9;
+    rig.ticks(1);
+    EXPECT_EQ(g.Sidestopper.Left, 440);
+}
+
+}  // namespace quillop::test

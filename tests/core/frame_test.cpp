@@ -1,0 +1,189 @@
+// The frame: restoring and saving its placement, the arrangement on resize, pausing while
+// minimised, and File, New Game.
+#include <gtest/gtest.h>
+
+#include "game/frame.h"
+#include "tests/core/rig.h"
+
+namespace quillop::test {
+
+namespace {
+
+// Like a real window, every change of size or state raises a resize event.
+struct TestFrameWindow : FrameWindow {
+    MdiFrame* frame = nullptr;
+    float t = 0, l = 0, h = 0, w = 0, panelWidth = 0;
+    int state = 0;
+    float top() override { return t; }
+    float left() override { return l; }
+    float height() override { return h; }
+    float width() override { return w; }
+    int windowState() override { return state; }
+    void setTop(float v) override { t = v; }
+    void setLeft(float v) override { l = v; }
+    void setHeight(float v) override { h = v, resized(); }
+    void setWidth(float v) override { w = v, resized(); }
+    void setWindowState(int s) override { state = s, resized(); }
+    void setScorePanelWidth(float v) override { panelWidth = v; }
+    void resized() {
+        if (frame) frame->Form_Resize();
+    }
+};
+
+struct FrameRig : Rig {
+    TestFrameWindow frameWindow;
+    MdiFrame frame{frameWindow, settings, mod, [this]() -> Gorvane& { return g; }};
+    void start() {
+        frameWindow.frame = &frame;
+        frame.Form_Load();
+        frameWindow.resized();  // shown
+    }
+};
+
+}  // namespace
+
+TEST(FrameArrangement, FirstStartWithAnEmptyStore) {
+    FrameRig rig;
+    rig.start();
+    EXPECT_EQ(rig.frameWindow.t, 300);
+    EXPECT_EQ(rig.frameWindow.l, 300);
+    EXPECT_EQ(rig.frameWindow.w, 7000);
+    EXPECT_EQ(rig.frameWindow.h, 6000);
+    EXPECT_EQ(rig.frameWindow.state, 0);
+    EXPECT_EQ(rig.frameWindow.panelWidth, 6500);
+    EXPECT_EQ(rig.window.leftT, 100);
+    EXPECT_EQ(rig.window.topT, 400);
+    EXPECT_EQ(rig.window.widthT, 6620);
+    EXPECT_EQ(rig.window.heightT, 4700);
+}
+
+TEST(FrameArrangement, TheNormalFrameSnapsBackToItsMinimumSize) {
+    FrameRig rig;
+    rig.start();
+    rig.frameWindow.setWidth(4000);
+    rig.frameWindow.setHeight(3000);
+    EXPECT_EQ(rig.frameWindow.w, 6000);
+    EXPECT_EQ(rig.frameWindow.h, 5000);
+    EXPECT_EQ(rig.window.widthT, 5620);
+    EXPECT_EQ(rig.window.heightT, 3700);
+    // Maximised on a tiny screen there is no snap: the playfield falls back to 2 x 2.
+    rig.frameWindow.state = 2;
+    rig.frameWindow.setWidth(300);
+    rig.frameWindow.setHeight(1000);
+    EXPECT_EQ(rig.window.widthT, 2);
+    EXPECT_EQ(rig.window.heightT, 2);
+}
+
+TEST(FrameArrangement, MinimisingPausesTheGameAndRestoringResumesIt) {
+    FrameRig rig;
+    rig.start();
+    rig.g.cmdPlay_Click();
+    rig.frameWindow.setWindowState(1);
+    EXPECT_EQ(rig.g.Timer1.Enabled, kFalse);
+    rig.frameWindow.setWindowState(0);
+    EXPECT_EQ(rig.g.Timer1.Enabled, kTrue);
+}
+
+TEST(FramePlacement, SavedNormallyThenMaximisedThenMinimised) {
+    FrameRig rig;
+    rig.start();
+    rig.frameWindow.setTop(120);
+    rig.frameWindow.setWidth(8000.5f);
+    rig.frame.SaveMDISettings();
+    EXPECT_EQ(rig.settings.writes, (std::vector<std::string>{"MDI/Top=120", "MDI/Left=300", "MDI/Height=6000",
+                                                             "MDI/Width=8000.5", "MDI/Windowstate=0"}));
+    // Maximised: the last normal placement is kept for when it is restored.
+    rig.frameWindow.setWindowState(2);
+    rig.frameWindow.setWidth(20000);
+    rig.settings.writes.clear();
+    rig.frame.SaveMDISettings();
+    EXPECT_EQ(rig.settings.values["MDI/Width"], "8000.5");
+    EXPECT_EQ(rig.settings.values["MDI/Windowstate"], "2");
+
+    FrameRig next;
+    next.settings.values = rig.settings.values;
+    next.start();
+    EXPECT_EQ(next.frameWindow.state, 2);
+    next.settings.values["MDI/Windowstate"] = "1";
+    FrameRig third;
+    third.settings.values = next.settings.values;
+    third.start();
+    EXPECT_EQ(third.frameWindow.state, 0);  // a minimised frame reopens normal
+}
+
+TEST(FramePlacement, NeverNormalThisRunKeepsTheStoredPlacement) {
+    FrameRig rig;
+    rig.settings.values["MDI/Windowstate"] = "2";
+    rig.settings.values["MDI/Top"] = "55";
+    rig.frameWindow.frame = &rig.frame;
+    rig.frameWindow.state = 2;  // the window system opened it maximised before any resize
+    rig.frame.Form_Load();
+    EXPECT_FALSE(rig.frame.MDIPlacement().Top.has_value());
+    rig.settings.writes.clear();
+    rig.frame.SaveMDISettings();
+    EXPECT_EQ(rig.settings.writes, std::vector<std::string>{"MDI/Windowstate=2"});
+    EXPECT_EQ(rig.settings.values["MDI/Top"], "55");
+}
+
+TEST(Settings, UnusableStoredValuesFallBackOneByOne) {
+    FrameRig rig;
+    rig.settings.values = {{"MDI/Top", "abc"},        {"MDI/Left", "1e999"},   {"MDI/Height", "10"},
+                           {"MDI/Width", "7500"},     {"MDI/Windowstate", "7"}, {"Gorvane/Highscore", "nan"},
+                           {"Gorvane/Highscorer", ""}, {"Gorvane/Top", "-5e9"}};
+    rig.start();
+    EXPECT_EQ(rig.frameWindow.t, 300);
+    EXPECT_EQ(rig.frameWindow.l, 300);
+    EXPECT_EQ(rig.frameWindow.h, 6000);
+    EXPECT_EQ(rig.frameWindow.w, 7500);  // the good entry survives
+    EXPECT_EQ(rig.frameWindow.state, 0);
+
+    Rig field;  // a fresh playfield load over the same store
+    field.settings.values = rig.settings.values;
+    field.g.Form_Load();
+    EXPECT_EQ(field.mod.Highscore, 0);
+    EXPECT_EQ(field.mod.Highscorer, "");  // any text, even empty, is a name
+    EXPECT_EQ(field.window.topT, 400);
+}
+
+TEST(Settings, ThePlayfieldCloseWritesItsEntriesInOrder) {
+    Rig rig;
+    rig.window.topT = 400, rig.window.leftT = 100, rig.window.heightT = 4700, rig.window.widthT = 6620;
+    rig.mod.Highscore = 12.5;
+    rig.mod.Highscorer = "Ann Lee";
+    rig.g.Form_QueryUnload();
+    EXPECT_EQ(rig.settings.writes,
+              (std::vector<std::string>{"Gorvane/Top=400", "Gorvane/Left=100", "Gorvane/Height=4700",
+                                        "Gorvane/Width=6620", "Gorvane/Windowstate=0", "Gorvane/Highscore=12.5",
+                                        "Gorvane/Highscorer=Ann Lee"}));
+    EXPECT_EQ(rig.mod.GameLoaded, kFalse);
+}
+
+TEST(NewGame, WithoutAGameItStartsSilentlyDuringOneItAsks) {
+    FrameRig rig;
+    rig.start();
+    rig.sound.played.clear();
+    rig.frame.mnuNewGame_Click();
+    EXPECT_EQ(rig.host.questions, 0);
+    EXPECT_TRUE(rig.sound.played == std::vector<std::string>{"begin.wav"});  // StartOver's own
+    EXPECT_EQ(rig.g.Timer1.Enabled, kFalse);
+
+    rig.g.cmdPlay_Click();
+    rig.g.Level = 5;
+    rig.host.answer = false;
+    rig.frame.mnuNewGame_Click();
+    EXPECT_EQ(rig.host.questions, 1);
+    EXPECT_EQ(rig.sound.played.back(), "catfish.wav");
+    EXPECT_EQ(rig.g.Level, 5);
+    EXPECT_EQ(rig.g.Timer1.Enabled, kTrue);
+    EXPECT_EQ(rig.mod.GameOver, kFalse);
+
+    rig.host.answer = true;
+    rig.frame.mnuNewGame_Click();
+    EXPECT_EQ(rig.host.questions, 2);
+    EXPECT_EQ(rig.g.Timer1.Enabled, kFalse);
+    EXPECT_EQ(rig.mod.GameOver, kTrue);
+    EXPECT_EQ(rig.g.Level, 1);  // the next game's variables are already drawn
+    EXPECT_EQ(rig.g.cmdPlay.Visible, kTrue);
+}
+
+}  // namespace quillop::test
