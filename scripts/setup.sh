@@ -4,7 +4,7 @@
 set -eu
 PACKAGES="cmake g++ make qt6-base-dev qt6-multimedia-dev qt6-svg-dev libqt6svg6 \
  qt6-image-formats-plugins libgl-dev libgtest-dev \
- xvfb xdotool openbox imagemagick x11-utils pulseaudio pulseaudio-utils"
+ xvfb xdotool openbox imagemagick x11-utils pulseaudio pulseaudio-utils python3"
 missing=""
 for p in $PACKAGES; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing="$missing $p"

@@ -1,0 +1,8 @@
+#!/bin/sh
+# Installs what is missing, builds Quillop and starts it.
+set -eu
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake --build build -j"$(nproc)" --target Quillop2
+exec build/shell/Quillop2 "$@"

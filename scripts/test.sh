@@ -1,0 +1,10 @@
+#!/bin/sh
+# Installs what is missing, builds everything and runs every test: the rules, the art and
+# sounds, the headless scenarios, the windows (offscreen) and the real program under Xvfb.
+set -eu
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake --build build -j"$(nproc)"
+cd build
+ctest --output-on-failure -j1
