@@ -58,10 +58,7 @@ void MdiFrame::SaveMDISettings() {
         writeKnown("Height", placement_.Height);
         writeKnown("Width", placement_.Width);
     } else {
-        writeTwips(settings_, "MDI", "Top", window_.top());
-        writeTwips(settings_, "MDI", "Left", window_.left());
-        writeTwips(settings_, "MDI", "Height", window_.height());
-        writeTwips(settings_, "MDI", "Width", window_.width());
+        writePlacement(settings_, "MDI", window_.top(), window_.left(), window_.height(), window_.width());
     }
     writeNumber(settings_, "MDI", "Windowstate", window_.windowState());
 }

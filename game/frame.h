@@ -13,21 +13,9 @@ namespace quillop {
 
 enum WindowState : int { kNormal = 0, kMinimized = 1, kMaximized = 2 };
 
-// The frame window as its rules see it.
-class FrameWindow {
+// The frame window as its rules see it: a placed window that also sizes the score panel.
+class FrameWindow : public PlacedWindow {
 public:
-    virtual ~FrameWindow() = default;
-    virtual float top() = 0;
-    virtual float left() = 0;
-    virtual float height() = 0;
-    virtual float width() = 0;
-    virtual int windowState() = 0;
-    // Each setter may raise a resize event, which runs MdiFrame::Form_Resize again.
-    virtual void setTop(float twips) = 0;
-    virtual void setLeft(float twips) = 0;
-    virtual void setHeight(float twips) = 0;
-    virtual void setWidth(float twips) = 0;
-    virtual void setWindowState(int state) = 0;
     virtual void setScorePanelWidth(float twips) = 0;
 };
 

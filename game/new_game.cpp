@@ -47,17 +47,10 @@ void Gorvane::Form_QueryUnload() {
 }
 
 void Gorvane::SaveGorvaneSettings() {
-    if (window_.windowState() != 0) {
-        writeTwips(settings_, "Gorvane", "Top", NormalTop);
-        writeTwips(settings_, "Gorvane", "Left", NormalLeft);
-        writeTwips(settings_, "Gorvane", "Height", NormalHeight);
-        writeTwips(settings_, "Gorvane", "Width", NormalWidth);
-    } else {
-        writeTwips(settings_, "Gorvane", "Top", window_.top());
-        writeTwips(settings_, "Gorvane", "Left", window_.left());
-        writeTwips(settings_, "Gorvane", "Height", window_.height());
-        writeTwips(settings_, "Gorvane", "Width", window_.width());
-    }
+    if (window_.windowState() != 0)
+        writePlacement(settings_, "Gorvane", NormalTop, NormalLeft, NormalHeight, NormalWidth);
+    else
+        writePlacement(settings_, "Gorvane", window_.top(), window_.left(), window_.height(), window_.width());
     writeNumber(settings_, "Gorvane", "Windowstate", window_.windowState());
     writeNumber(settings_, "Gorvane", "Highscore", mod_.Highscore);
     settings_.write("Gorvane", "Highscorer", mod_.Highscorer);

@@ -64,6 +64,14 @@ void writeTwips(SettingsStore& store, const std::string& section, const std::str
     store.write(section, key, singleText(twips));
 }
 
+void writePlacement(SettingsStore& store, const std::string& section, float top, float left, float height,
+                    float width) {
+    writeTwips(store, section, "Top", top);
+    writeTwips(store, section, "Left", left);
+    writeTwips(store, section, "Height", height);
+    writeTwips(store, section, "Width", width);
+}
+
 void writeNumber(SettingsStore& store, const std::string& section, const std::string& key,
                  double value) {
     store.write(section, key, numberText(value));

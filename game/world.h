@@ -57,13 +57,11 @@ public:
     virtual void processPendingEvents() = 0;
 };
 
-// The playfield window itself: its inner drawing area (pixels, ScaleLeft = ScaleTop = 0),
-// its placement in the frame (twips) and its window state.
-class PlayfieldWindow {
+// A window the rules place: its placement in its parent (twips) and its window state
+// (0 normal, 1 minimised, 2 maximised). Each setter may raise the window's resize event.
+class PlacedWindow {
 public:
-    virtual ~PlayfieldWindow() = default;
-    virtual float scaleWidth() = 0;
-    virtual float scaleHeight() = 0;
+    virtual ~PlacedWindow() = default;
     virtual float top() = 0;
     virtual float left() = 0;
     virtual float height() = 0;
@@ -74,6 +72,14 @@ public:
     virtual void setHeight(float twips) = 0;
     virtual void setWidth(float twips) = 0;
     virtual void setWindowState(int state) = 0;
+};
+
+// The playfield window itself: a placed window with an inner drawing area in pixels
+// (ScaleLeft = ScaleTop = 0).
+class PlayfieldWindow : public PlacedWindow {
+public:
+    virtual float scaleWidth() = 0;
+    virtual float scaleHeight() = 0;
     virtual void setCaption(const std::string& text) = 0;
 };
 

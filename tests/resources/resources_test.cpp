@@ -1,0 +1,191 @@
+// The pictures and sounds the game is built from, as embedded in the program.
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QSvgRenderer>
+#include <QtEndian>
+#include <map>
+#include <set>
+
+#include "game/pictures.h"
+#include "resources/assets.h"
+
+using quillop::Pic;
+
+namespace {
+
+QImage load(Pic p) {
+    return QImage(quillop::assets::spritePath(quillop::pictureName(p)))
+        .convertToFormat(QImage::Format_ARGB32);
+}
+
+QImage load(const char* path) {
+    return QImage(QString::fromLatin1(path)).convertToFormat(QImage::Format_ARGB32);
+}
+
+bool opaqueAt(const QImage& image, int x, int y) { return qAlpha(image.pixel(x, y)) == 255; }
+
+// Bounding box of the opaque pixels; also fails the test on a half-transparent pixel, which
+// the copy-only painting of the playfield could not show.
+QRect figureArea(const QImage& image) {
+    QRect area;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const int alpha = qAlpha(image.pixel(x, y));
+            EXPECT_TRUE(alpha == 0 || alpha == 255) << "at " << x << "," << y;
+            if (alpha == 255) area |= QRect(x, y, 1, 1);
+        }
+    return area;
+}
+
+// Each sprite and the eraser the game paints over it. The second Jester picture (mines 3 to 5)
+// is left out: the game erases it with the first Jester's eraser, smaller than its figure.
+const std::map<Pic, Pic>& erasers() {
+    static const std::map<Pic, Pic> table = {
+        {Pic::Club, Pic::Arsemask},          {Pic::Diamond, Pic::Mask24x22},
+        {Pic::Knight, Pic::Mask24x22},       {Pic::Queen, Pic::Queenmask},
+        {Pic::Seeker, Pic::Seekermask},      {Pic::Mine0, Pic::Minemask},
+        {Pic::Mine1, Pic::Minemask},         {Pic::Mine2, Pic::Minemask},
+        {Pic::Energypod0, Pic::Energypodmask0}, {Pic::Energypod1, Pic::Energypodmask1},
+        {Pic::Energypod2, Pic::Energypodmask2}, {Pic::Energypod3, Pic::Energypodmask3},
+        {Pic::Pointspod, Pic::Mask40x40},    {Pic::Sidestopper, Pic::Mask10x75},
+        {Pic::Catfish, Pic::Mask75x75},
+        {Pic::Explosion0, Pic::Explosionmask0}, {Pic::Explosion1, Pic::Explosionmask1},
+        {Pic::Explosion2, Pic::Explosionmask2}, {Pic::Explosion3, Pic::Explosionmask3},
+        {Pic::Explosion4, Pic::Explosionmask4}, {Pic::Explosion5, Pic::Explosionmask5},
+        {Pic::Paddle0, Pic::Paddlemask0},    {Pic::Paddle1, Pic::Paddlemask1},
+    };
+    return table;
+}
+
+TEST(Pictures, EveryPictureLoadsAtItsNaturalSizeAndBitmapsAreOpaque) {
+    for (int i = 1; i < quillop::kPictureCount; ++i) {
+        const Pic p = static_cast<Pic>(i);
+        SCOPED_TRACE(quillop::pictureName(p));
+        const QImage image = load(p);
+        ASSERT_FALSE(image.isNull());
+        const auto size = quillop::pictureSize(p);
+        EXPECT_EQ(image.size(), QSize(size.width, size.height));
+        const QRect area = figureArea(image);
+        if (quillop::isIcon(p))
+            EXPECT_FALSE(area.isEmpty());
+        else
+            EXPECT_EQ(area, image.rect()) << "a bitmap has transparent pixels";
+    }
+}
+
+TEST(Pictures, EachEraserIsABlackSilhouetteOfExactlyItsSprite) {
+    for (const auto& [sprite, eraser] : erasers()) {
+        SCOPED_TRACE(std::string(quillop::pictureName(sprite)) + " / " +
+                     quillop::pictureName(eraser));
+        const QImage picture = load(sprite);
+        const QImage mask = load(eraser);
+        ASSERT_EQ(picture.size(), mask.size());
+        int mismatches = 0, coloured = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x) {
+                if (opaqueAt(picture, x, y) != opaqueAt(mask, x, y)) ++mismatches;
+                if (opaqueAt(mask, x, y) && (mask.pixel(x, y) & 0xFFFFFF) != 0) ++coloured;
+            }
+        EXPECT_EQ(mismatches, 0);
+        EXPECT_EQ(coloured, 0);
+    }
+}
+
+TEST(Pictures, IconFiguresLieWhereTheWindowsExpectThem) {
+    const QRect arseFigure(0, 0, 24, 22);  // what the help window's click bounds enclose
+    EXPECT_EQ(figureArea(load(Pic::Club)), arseFigure);
+    EXPECT_EQ(figureArea(load(Pic::Queen)), arseFigure);
+    EXPECT_EQ(figureArea(load(Pic::Mine0)), arseFigure);
+    EXPECT_EQ(figureArea(load(Pic::Seeker)), QRect(0, 0, 15, 15));
+    EXPECT_EQ(figureArea(load(Pic::Mine3)).size(), QSize(27, 31));
+    EXPECT_EQ(figureArea(load(Pic::Paddle0)), QRect(0, 0, 32, 4));
+    for (int f = 0; f < 4; ++f)
+        EXPECT_EQ(figureArea(load(quillop::picAt(Pic::Energypod0, f))), QRect(0, 0, 48, 48));
+    // The explosion grows and shrinks about the centre of its 32 x 32 frame.
+    const QSize bursts[6] = {{14, 12}, {20, 19}, {23, 22}, {32, 32}, {23, 22}, {14, 12}};
+    for (int f = 0; f < 6; ++f) {
+        const QRect area = figureArea(load(quillop::picAt(Pic::Explosion0, f)));
+        EXPECT_EQ(area.size(), bursts[f]) << "frame " << f;
+        EXPECT_LE(std::abs(area.center().x() - 15), 1) << "frame " << f;
+        EXPECT_LE(std::abs(area.center().y() - 15), 1) << "frame " << f;
+    }
+}
+
+TEST(Pictures, WindowPicturesAreThere) {
+    const QImage helpPaddle = load(quillop::assets::kHelpPaddle);
+    EXPECT_EQ(figureArea(helpPaddle), QRect(0, 0, 32, 4));
+    EXPECT_EQ(load(quillop::assets::kAboutPicture).size(), QSize(139, 214));
+    const QIcon icon = quillop::assets::programIcon();
+    EXPECT_EQ(icon.availableSizes(), (QList<QSize>{{32, 32}, {16, 16}}));
+    const QImage icon32 = load(":/icons/quillop_32.xpm");
+    EXPECT_EQ(figureArea(icon32), icon32.rect());
+    EXPECT_FALSE(opaqueAt(icon32, 0, 0)) << "the icon is round";
+    QSvgRenderer queen(QString::fromLatin1(quillop::assets::kQueenDrawing));
+    ASSERT_TRUE(queen.isValid());
+    EXPECT_EQ(queen.viewBoxF(), QRectF(0, 0, 3172, 2697));
+    EXPECT_TRUE(QSvgRenderer(QStringLiteral(":/icons/quillop.svg")).isValid());
+}
+
+struct WaveFormat {
+    quint16 tag = 0, channels = 0, bits = 0;
+    quint32 rate = 0, dataBytes = 0;
+};
+
+// Walks the RIFF chunks; a malformed file leaves fields at zero.
+WaveFormat readWave(const QByteArray& file) {
+    WaveFormat format;
+    if (file.size() < 12 || !file.startsWith("RIFF") || file.mid(8, 4) != "WAVE") return format;
+    const auto* bytes = reinterpret_cast<const uchar*>(file.constData());
+    qsizetype at = 12;
+    while (at + 8 <= file.size()) {
+        const QByteArray id = file.mid(at, 4);
+        const quint32 size = qFromLittleEndian<quint32>(bytes + at + 4);
+        if (id == "fmt " && at + 24 <= file.size()) {
+            format.tag = qFromLittleEndian<quint16>(bytes + at + 8);
+            format.channels = qFromLittleEndian<quint16>(bytes + at + 10);
+            format.rate = qFromLittleEndian<quint32>(bytes + at + 12);
+            format.bits = qFromLittleEndian<quint16>(bytes + at + 22);
+        } else if (id == "data") {
+            format.dataBytes = size;
+        }
+        at += 8 + size + (size & 1);
+    }
+    return format;
+}
+
+TEST(Sounds, EveryEventSoundIsAShortDistinctMonoPcmWave) {
+    const char* names[] = {"begin.wav",      "drop.wav",          "sidebounce.wav",
+                           "bottombounce.wav", "paddlebounce.wav", "catfish.wav",
+                           "energypod.wav",  "pointspod.wav",     "sidestopper.wav",
+                           "seeker3.wav",    "blowup.wav",        "arsedeath.wav",
+                           "gameover.wav",   "goodjob.wav",       "default.wav"};
+    std::set<QByteArray> contents;
+    for (const char* name : names) {
+        SCOPED_TRACE(name);
+        QFile file(quillop::assets::soundPath(QString::fromLatin1(name)));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray data = file.readAll();
+        const WaveFormat f = readWave(data);
+        EXPECT_EQ(f.tag, 1);
+        EXPECT_EQ(f.channels, 1);
+        EXPECT_EQ(f.bits, 16);
+        EXPECT_EQ(f.rate, 22050u);
+        const double seconds = f.dataBytes / (2.0 * 22050);
+        EXPECT_GT(seconds, 0.02);
+        EXPECT_LT(seconds, 1.5);
+        EXPECT_TRUE(contents.insert(data).second) << "same as another sound";
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Test discovery runs the binary outside ctest's environment, so default to no display.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
