@@ -1,0 +1,173 @@
+// The game without windows: every part of the world the program talks to, made of plain
+// objects, and one game driven by the player's commands. Used by quillop-sim and by the
+// benchmark.
+//
+// Window geometry: the tool keeps the playfield's inner area exactly as the scenario sets
+// it. The frame's placement follows it at 15 twips to the pixel with borderless children:
+// for an inner area W x H the frame is 15 W + 380 twips wide and 15 H + 1300 twips high,
+// so the frame's arrangement gives the playfield 15 W x 15 H twips. When the arrangement's
+// minimum size (6000 x 5000) enlarges a smaller frame, the twips grow but the inner area
+// stays what the scenario said.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "game/program.h"
+#include "game/world.h"
+
+namespace quillop {
+class PictureSet;
+class ImageSurface;
+}  // namespace quillop
+
+namespace quillop::sim {
+
+constexpr float kTwipsPerPixel = 15;
+
+struct MemorySettings : SettingsStore {
+    std::map<std::string, std::string> values;  // "Section/Key"
+    std::string read(const std::string& section, const std::string& key, const std::string& fallback) override;
+    void write(const std::string& section, const std::string& key, const std::string& value) override;
+};
+
+struct SilentSound : SoundPlayer {
+    void playSound(const std::string&) override {}
+};
+
+// Paint that nobody will look at costs nothing.
+struct NullSurface : Surface {
+    void paintPicture(Pic, float, float) override {}
+    void setBackColor(std::uint32_t) override {}
+    void clear() override {}
+};
+
+struct HeadlessPlayfield : PlayfieldWindow {
+    float innerWidth = 440, innerHeight = 300;  // pixels, set by the tool
+    float topT = 0, leftT = 0, heightT = 0, widthT = 0;
+    int state = 0;
+    std::string caption;
+    float scaleWidth() override { return innerWidth; }
+    float scaleHeight() override { return innerHeight; }
+    float top() override { return topT; }
+    float left() override { return leftT; }
+    float height() override { return heightT; }
+    float width() override { return widthT; }
+    int windowState() override { return state; }
+    void setTop(float v) override { topT = v; }
+    void setLeft(float v) override { leftT = v; }
+    void setHeight(float v) override { heightT = v; }
+    void setWidth(float v) override { widthT = v; }
+    void setWindowState(int s) override { state = s; }
+    void setCaption(const std::string& t) override { caption = t; }
+};
+
+// Setting a size raises no resize event here: the tool runs the arrangement itself, once
+// per command, in the order the scenario format gives.
+struct HeadlessFrame : FrameWindow {
+    float topT = 0, leftT = 0, heightT = 0, widthT = 0, scorePanelWidth = 0;
+    int state = 0;
+    float top() override { return topT; }
+    float left() override { return leftT; }
+    float height() override { return heightT; }
+    float width() override { return widthT; }
+    int windowState() override { return state; }
+    void setTop(float v) override { topT = v; }
+    void setLeft(float v) override { leftT = v; }
+    void setHeight(float v) override { heightT = v; }
+    void setWidth(float v) override { widthT = v; }
+    void setWindowState(int s) override { state = s; }
+    void setScorePanelWidth(float v) override { scorePanelWidth = v; }
+};
+
+// Time moves only while the game waits: each pass of the wait loop is 1/64 s, so the
+// explosion's delay ends after one pass and no other event runs in it.
+struct SteppingClock : Clock, EventPump {
+    double now = 0;
+    std::uint32_t seed = 0;
+    double secondsSinceMidnight() override { return now; }
+    std::uint32_t randomSeed() override { return seed; }
+    void processPendingEvents() override {
+        now += 1.0 / 64;
+        if (now >= 86400) now -= 86400;
+    }
+};
+
+// The frame's title, the score panel, the Yes/No question and the high-score dialog, whose
+// rules run with the name the scenario types.
+struct HeadlessHost : Host {
+    std::string frameCaption, scoreLabel, levelLabel, livesLabel;
+    bool answer = true;
+    std::string typedName;
+    int highscoreDialogs = 0;
+    HighscoreEntry* dialog = nullptr;
+    void setScoreLabel(const std::string& t) override { scoreLabel = t; }
+    void setLevelLabel(const std::string& t) override { levelLabel = t; }
+    void setLivesLabel(const std::string& t) override { livesLabel = t; }
+    void setFrameCaption(const std::string& t) override { frameCaption = t; }
+    void showHighscoreDialog() override;
+    bool askYesNo(const std::string&) override { return answer; }
+};
+
+struct GameSetup {
+    double width = 440, height = 300;
+    std::uint32_t seed = 0;
+    std::optional<std::string> highscoreText;  // the settings store's text
+    std::optional<std::string> highscorer;
+};
+
+enum class SurfaceKind { Null, Image };
+
+class HeadlessGame {
+public:
+    // Starts the program: frame load, the frame's first resize (which loads the playfield),
+    // then the playfield's own resize.
+    HeadlessGame(const GameSetup& setup, SurfaceKind surface);
+    ~HeadlessGame();
+
+    // The player's commands. While the help window is open only tick, name and closehelp act.
+    void move(double x, double y);
+    void press(double x, double y);
+    void play();
+    void drop();
+    void newGame(bool answerYes);
+    void help();
+    void closeHelp();
+    void minimize();
+    void restore();
+    void resize(double width, double height);
+    void setName(const std::string& name) { host_.typedName = name; }
+    // One timer event: true if the timer was enabled and a tick ran.
+    bool tick();
+
+    std::uint64_t ticksRun() const { return ticks_; }
+    bool helpOpen() const { return helpOpen_; }
+    Program& program() { return *program_; }
+    Gorvane& playfield() { return program_->gorvane(); }
+    const HeadlessHost& host() const { return host_; }
+    // Null unless built with SurfaceKind::Image.
+    ImageSurface* imageSurface() { return image_.get(); }
+
+private:
+    void sizeFrameFor(double width, double height);
+    bool blockedByHelp() const { return helpOpen_; }
+
+    MemorySettings settings_;
+    SilentSound sound_;
+    HeadlessHost host_;
+    HeadlessPlayfield playfieldWindow_;
+    HeadlessFrame frameWindow_;
+    SteppingClock clock_;
+    NullSurface null_;
+    std::unique_ptr<PictureSet> pictures_;
+    std::unique_ptr<ImageSurface> image_;
+    std::unique_ptr<Program> program_;
+    std::uint64_t ticks_ = 0;
+    bool helpOpen_ = false;
+    HelpRules::Position helpPlace_{};
+};
+
+}  // namespace quillop::sim
