@@ -1,0 +1,243 @@
+#include "shell/frm_gorvane.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPaintEvent>
+
+#include "platform/qt/shape_paint.h"
+#include "shell/classic.h"
+
+namespace quillop {
+namespace {
+
+const QColor kPuckBorder(0xC0, 0xC0, 0xC0);
+
+// The label's mouse presses and moves stay with it, as the classic lightweight label kept
+// them: the paddle does not follow the pointer across "Insert Coin".
+class MessageLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override { event->accept(); }
+    void mouseMoveEvent(QMouseEvent* event) override { event->accept(); }
+};
+
+void syncControl(QWidget* widget, const ControlModel& model) {
+    const QRect geometry = shapeBox(model.Left, model.Top, model.Width, model.Height);
+    if (widget->geometry() != geometry) widget->setGeometry(geometry);
+    const bool visible = model.Visible != kFalse;
+    if (widget->isVisibleTo(widget->parentWidget()) != visible) widget->setVisible(visible);
+    const QString caption = QString::fromStdString(model.Caption);
+    if (auto* button = qobject_cast<QPushButton*>(widget)) {
+        if (button->text() != caption) button->setText(caption);
+    } else if (auto* label = qobject_cast<QLabel*>(widget)) {
+        if (label->text() != caption) label->setText(caption);
+    }
+}
+
+}  // namespace
+
+class PlayfieldCanvas : public QWidget {
+public:
+    PlayfieldCanvas(FrmGorvane& owner) : QWidget(&owner), owner_(owner) {
+        setMouseTracking(true);
+        setAttribute(Qt::WA_OpaquePaintEvent);
+        setAttribute(Qt::WA_NoSystemBackground);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QPainter painter(this);
+        // Sprites are pixel art: a scaled display must not smear them.
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+        const QImage& image = owner_.surface_.image();
+        const QRegion outside = event->region() - QRegion(image.rect());
+        for (const QRect& r : event->region()) {
+            const QRect inside = r & image.rect();
+            if (!inside.isEmpty()) painter.drawImage(inside.topLeft(), image, inside);
+        }
+        for (const QRect& r : outside) painter.fillRect(r, QColor(0x80, 0x80, 0x80));
+        if (Gorvane* game = owner_.game(); game && game->shapePuck.Visible != kFalse) {
+            const ShapeModel& puck = game->shapePuck;
+            paintShape(painter, shapeBox(puck.Left, puck.Top, puck.Width, puck.Height), puck.Shape,
+                       puck.FillStyle, colorFromBgr(puck.FillColor), kPuckBorder);
+        }
+    }
+    void mouseMoveEvent(QMouseEvent* event) override {
+        if (Gorvane* game = owner_.game()) {
+            game->Form_MouseMove(static_cast<float>(event->position().x()), static_cast<float>(event->position().y()));
+            owner_.afterEvent_();
+        }
+    }
+    void mousePressEvent(QMouseEvent* event) override {
+        if (Gorvane* game = owner_.game()) {
+            game->Form_MouseDown(static_cast<float>(event->position().x()), static_cast<float>(event->position().y()));
+            owner_.afterEvent_();
+        }
+    }
+
+private:
+    FrmGorvane& owner_;
+};
+
+FrmGorvane::FrmGorvane(QWidget* parent, ImageSurface& surface) : QWidget(parent), surface_(surface) {
+    setObjectName(QStringLiteral("frmGorvane"));
+    QPalette palette = this->palette();
+    palette.setColor(QPalette::Window, QColor(0x80, 0x80, 0x80));
+    setPalette(palette);
+    setAutoFillBackground(true);
+    canvas_ = new PlayfieldCanvas(*this);
+
+    // Design places in twips; the game re-centres them at once.
+    cmdPlay = new QPushButton(QStringLiteral("Play"), canvas_);
+    cmdPlay->setObjectName(QStringLiteral("cmdPlay"));
+    cmdPlay->setGeometry(twipsRect(360, 960, 2175, 615));
+    cmdPlay->setFont(classicFont(18));
+    QPalette face = cmdPlay->palette();
+    face.setColor(QPalette::Button, QColor(0x80, 0x80, 0x80));
+    cmdPlay->setPalette(face);
+    cmdDrop = new QPushButton(QStringLiteral("Drop"), canvas_);
+    cmdDrop->setObjectName(QStringLiteral("cmdDrop"));
+    cmdDrop->setGeometry(twipsRect(360, 1680, 2175, 615));
+    cmdDrop->setFont(classicFont(13.5));
+    cmdDrop->hide();
+    cmdShowVars = new QPushButton(QStringLiteral("Show Variable Window"), canvas_);
+    cmdShowVars->setGeometry(twipsRect(360, 2400, 2535, 495));
+    cmdShowVars->hide();
+    Label7 = new MessageLabel(QStringLiteral("Insert Coin"), canvas_);
+    Label7->setObjectName(QStringLiteral("Label7"));
+    Label7->setGeometry(twipsRect(360, 3120, 2535, 495));
+    Label7->setFont(classicFont(24, true, "Small Fonts"));
+    QPalette orange = Label7->palette();
+    orange.setColor(QPalette::WindowText, QColor(0xFF, 0x80, 0x00));
+    Label7->setPalette(orange);
+    Label7->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    Label7->hide();
+    for (QPushButton* button : {cmdPlay, cmdDrop, cmdShowVars}) button->setAutoDefault(false);
+}
+
+void FrmGorvane::bind(Program& program, std::function<void()> afterEvent) {
+    program_ = &program;
+    afterEvent_ = std::move(afterEvent);
+    auto click = [this](void (Gorvane::*handler)()) {
+        return [this, handler] {
+            if (Gorvane* g = game()) {
+                (g->*handler)();
+                afterEvent_();
+            }
+        };
+    };
+    QObject::connect(cmdPlay, &QPushButton::clicked, this, click(&Gorvane::cmdPlay_Click));
+    QObject::connect(cmdDrop, &QPushButton::clicked, this, click(&Gorvane::cmdDrop_Click));
+}
+
+Gorvane* FrmGorvane::game() const {
+    return program_ && program_->gorvaneLoaded() ? &program_->gorvane() : nullptr;
+}
+
+QWidget* FrmGorvane::canvas() const { return canvas_; }
+
+void FrmGorvane::refresh() {
+    Gorvane* g = game();
+    QRegion dirty = surface_.takeDirtyRegion();
+    if (!g) {
+        if (!dirty.isEmpty()) canvas_->update(dirty);
+        return;
+    }
+    const ShapeModel& puck = g->shapePuck;
+    const QRect now = puck.Visible != kFalse ? shapeBox(puck.Left, puck.Top, puck.Width, puck.Height) : QRect();
+    // The puck is redrawn where it was and where it is; it cannot change its look without
+    // also being hidden or moved by the game, but repainting its box every time is cheap.
+    dirty += puckDrawn_;
+    dirty += now;
+    puckDrawn_ = now;
+    if (!dirty.isEmpty()) canvas_->update(dirty);
+    syncControl(cmdPlay, g->cmdPlay);
+    syncControl(cmdDrop, g->cmdDrop);
+    syncControl(cmdShowVars, g->cmdShowVars);
+    syncControl(Label7, g->Label7);
+}
+
+float FrmGorvane::remembered(const Remembered& r, int pixels) const {
+    // The twips asked for, as long as the window still has the pixels they gave; a window
+    // moved or sized since reports its own pixels.
+    return r.pixels == pixels ? r.twips : twips(pixels);
+}
+
+float FrmGorvane::scaleWidth() { return static_cast<float>(std::max(QWidget::width() - 2 * kBorder, 0)); }
+float FrmGorvane::scaleHeight() { return static_cast<float>(std::max(QWidget::height() - 2 * kBorder, 0)); }
+float FrmGorvane::top() { return remembered(top_, y()); }
+float FrmGorvane::left() { return remembered(left_, x()); }
+float FrmGorvane::height() { return remembered(height_, QWidget::height()); }
+float FrmGorvane::width() { return remembered(width_, QWidget::width()); }
+
+void FrmGorvane::setTop(float t) {
+    top_ = {t, px(t)};
+    normalGeometry_.moveTop(top_.pixels);
+    applyGeometry();
+}
+void FrmGorvane::setLeft(float l) {
+    left_ = {l, px(l)};
+    normalGeometry_.moveLeft(left_.pixels);
+    applyGeometry();
+}
+void FrmGorvane::setHeight(float h) {
+    height_ = {h, std::max(px(h), 1)};
+    normalGeometry_.setHeight(height_.pixels);
+    applyGeometry();
+}
+void FrmGorvane::setWidth(float w) {
+    width_ = {w, std::max(px(w), 1)};
+    normalGeometry_.setWidth(width_.pixels);
+    applyGeometry();
+}
+
+void FrmGorvane::setWindowState(int state) {
+    // Only reachable from a hand-edited store: a maximised playfield fills the frame's
+    // client area; a minimised one is kept in its normal place (it has no icon to show).
+    state_ = state;
+    applyGeometry();
+}
+
+void FrmGorvane::applyGeometry() {
+    QRect target = normalGeometry_;
+    if (state_ == 2 && parentWidget()) target = parentWidget()->rect();
+    if (geometry() != target) setGeometry(target);
+    matchSurface();
+}
+
+void FrmGorvane::matchSurface() {
+    const QSize inner(static_cast<int>(scaleWidth()), static_cast<int>(scaleHeight()));
+    canvas_->setGeometry(QRect(QPoint(kBorder, kBorder), inner));
+    if (surface_.image().size() != inner) surface_.resize(inner.width(), inner.height());
+}
+
+void FrmGorvane::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    matchSurface();
+    if (Gorvane* g = game()) {
+        g->Form_Resize();
+        afterEvent_();
+    }
+}
+
+void FrmGorvane::paintEvent(QPaintEvent*) {
+    // The fixed dialog border: light and white on the top-left, grey and dark below.
+    QPainter painter(this);
+    const QRect r = rect();
+    painter.setPen(QColor(0xC0, 0xC0, 0xC0));
+    painter.drawLine(r.topLeft(), r.topRight());
+    painter.drawLine(r.topLeft(), r.bottomLeft());
+    painter.setPen(Qt::white);
+    painter.drawLine(r.left() + 1, r.top() + 1, r.right() - 1, r.top() + 1);
+    painter.drawLine(r.left() + 1, r.top() + 1, r.left() + 1, r.bottom() - 1);
+    painter.setPen(QColor(0x40, 0x40, 0x40));
+    painter.drawLine(r.bottomLeft(), r.bottomRight());
+    painter.drawLine(r.topRight(), r.bottomRight());
+    painter.setPen(QColor(0x80, 0x80, 0x80));
+    painter.drawLine(r.left() + 1, r.bottom() - 1, r.right() - 1, r.bottom() - 1);
+    painter.drawLine(r.right() - 1, r.top() + 1, r.right() - 1, r.bottom() - 1);
+}
+
+}  // namespace quillop

@@ -1,0 +1,139 @@
+#include "shell/quillop_app.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "shell/frm_help.h"
+
+namespace quillop {
+
+QuillopApp::QuillopApp() : QuillopApp(Options{}) {}
+
+QuillopApp::QuillopApp(Options options) : options_(options), surface_(pictures_, 0, 0) {
+    frame_ = std::make_unique<FrmMDI>();
+    score_ = new FrmScore(frame_->client());
+    playfield_ = new FrmGorvane(frame_->client(), surface_);
+    // Main shows them, after the frame.
+    score_->hide();
+    playfield_->hide();
+
+    program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, settings_, surface_, *playfield_, *frame_,
+                                                      clock_, pump_});
+    playfield_->bind(*program_, [this] { afterEvent(); });
+    pump_.setBeforeEach([](void* self) { static_cast<QuillopApp*>(self)->playfield_->refresh(); }, this);
+
+    frame_->onResize = [this] {
+        program_->frame.Form_Resize();
+        afterEvent();
+    };
+    frame_->onScorePanelWidth = [this](float twips) {
+        frmScore();  // touching the panel loads it
+        if (!scoreLoaded_) {
+            scoreLoaded_ = true;
+            score_->Form_Load();
+        }
+        score_->setWidthTwips(twips);
+    };
+    frame_->onNewGame = [this] { newGame(); };
+    frame_->onHelpWindow = [this] { openHelp(); };
+    frame_->onAbout = [this] { openAbout(); };
+    frame_->onClose = [this] { closeAll(); };
+
+    pacer_ = std::make_unique<TickPacer>(TickPacer::Hooks{
+        [this] { return program_->gorvaneLoaded() ? program_->gorvane().Timer1 : TimerModel{}; },
+        [this] { return program_->gorvaneLoaded() && program_->gorvane().tickRunning(); },
+        [this] {
+            program_->gorvane().Timer1_Timer();
+            playfield_->refresh();
+        }});
+}
+
+QuillopApp::~QuillopApp() {
+    pacer_->stop();
+    // The windows go before the program whose models they read.
+    if (about_) delete about_;
+    highscore_.reset();
+    frame_.reset();
+}
+
+void QuillopApp::Main() {
+    program_->frame.Form_Load();
+    frame_->show();
+    // The frame's first resize has arranged (and so loaded) the playfield; make sure of it
+    // where the window system sent no resize.
+    if (!program_->gorvaneLoaded()) frame_->onResize();
+    if (!scoreLoaded_) {
+        scoreLoaded_ = true;
+        score_->Form_Load();
+    }
+    score_->show();
+    playfield_->show();
+    afterEvent();
+    if (options_.timer) pacer_->start();
+    // Finding the sound system can take a while; the window comes first.
+    if (options_.sound) QTimer::singleShot(0, frame_.get(), [this] { sound_.start(); });
+}
+
+void QuillopApp::afterEvent() {
+    playfield_->refresh();
+    if (pacer_) pacer_->sync();
+}
+
+void QuillopApp::setScoreLabel(const std::string& text) { score_->lblScore->setText(QString::fromStdString(text)); }
+void QuillopApp::setLevelLabel(const std::string& text) { score_->lblLevel->setText(QString::fromStdString(text)); }
+void QuillopApp::setLivesLabel(const std::string& text) { score_->lblLives->setText(QString::fromStdString(text)); }
+void QuillopApp::setFrameCaption(const std::string& text) {
+    frame_->setWindowTitle(QString::fromStdString(text));
+}
+
+FrmHighscore& QuillopApp::frmHighscore() {
+    // Loaded on its first showing and only hidden afterwards: it keeps the last name.
+    if (!highscore_) highscore_ = std::make_unique<FrmHighscore>(frame_.get(), program_->highscore);
+    return *highscore_;
+}
+
+void QuillopApp::showHighscoreDialog() {
+    playfield_->refresh();
+    frmHighscore().showModal();
+}
+
+bool QuillopApp::askYesNo(const std::string& question) {
+    QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Quillop"), QString::fromStdString(question),
+                    QMessageBox::Yes | QMessageBox::No, frame_.get());
+    box.setObjectName(QStringLiteral("questionBox"));
+    return box.exec() == QMessageBox::Yes;
+}
+
+void QuillopApp::newGame() {
+    program_->frame.mnuNewGame_Click();
+    afterEvent();
+}
+
+void QuillopApp::openHelp() {
+    FrmHelp help(frame_.get(), program_->help(), pictures_);
+    afterEvent();  // the timer has just been stopped
+    help.exec();
+    afterEvent();
+}
+
+void QuillopApp::openAbout() {
+    if (about_) {
+        about_->raise();
+        about_->activateWindow();
+        return;
+    }
+    about_ = new FrmAbout(frame_.get(), [this] { program_->mod.playSound("arsedeath.wav"); });
+    about_->show();
+}
+
+void QuillopApp::closeAll() {
+    // Query-unload of the frame, then of its children; the frame's unload ends the program.
+    program_->frame.Form_QueryUnload();
+    if (program_->gorvaneLoaded()) program_->gorvane().Form_QueryUnload();
+    pacer_->stop();
+    if (about_) about_->close();
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::quit(); });
+}
+
+}  // namespace quillop

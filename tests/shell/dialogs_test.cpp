@@ -1,0 +1,149 @@
+// The dialogs: the high-score entry (Enter and OK alike), the help window and the about box.
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
+
+#include "shell/frm_help.h"
+#include "shell/quillop_app.h"
+#include "shell_rig.h"
+
+using namespace quillop;
+using namespace quillop::test;
+
+namespace {
+// The next control Tab goes to.
+QWidget* nextTab(QWidget* w) {
+    for (QWidget* n = w->nextInFocusChain(); n != w; n = n->nextInFocusChain())
+        if (n->focusPolicy() & Qt::TabFocus) return n;
+    return w;
+}
+}  // namespace
+
+class DialogsTest : public QObject {
+    Q_OBJECT
+    static QuillopApp::Options quiet() { return {false, false}; }
+
+private slots:
+    void init() { emptySettings(); }
+
+    void highscoreStoresTheSameOnEnterAndOk() {
+        QuillopApp app(quiet());
+        app.Main();
+        ModQuillop& mod = app.program().mod;
+        QtSettingsStore store;
+
+        mod.Score = 5000;
+        QString shownScore;
+        whenModal([&](QWidget* w) {
+            auto* dialog = static_cast<FrmHighscore*>(w);
+            QCOMPARE(dialog->windowTitle(), QStringLiteral("Congrats!"));
+            QTRY_VERIFY(dialog->txtHighscorer->hasFocus());  // moved there by the paint
+            QCOMPARE(nextTab(dialog->txtHighscorer), dialog->cmdOK);
+            shownScore = dialog->lblHighscore->text();
+            QTest::keyClicks(dialog->txtHighscorer, QStringLiteral("Ann "));
+            QTest::keyClick(dialog->txtHighscorer, Qt::Key_Return);
+        });
+        app.showHighscoreDialog();
+        QCOMPARE(shownScore, QStringLiteral("5000"));
+        QCOMPARE(mod.Highscore, 5000.0);
+        const std::string byEnter = store.read("Gorvane", "Highscore", "") + "|" + store.read("Gorvane", "Highscorer", "");
+        QCOMPARE(byEnter, std::string("5000|Ann "));  // not trimmed
+        QCOMPARE(app.frmMDI().windowTitle(), QStringLiteral("Quillop High Score by Ann  - 5000"));
+
+        // The same dialog again: the last name is still in the box; OK stores as Enter did.
+        emptySettings();
+        QString previous;
+        whenModal([&](QWidget* w) {
+            auto* dialog = static_cast<FrmHighscore*>(w);
+            previous = dialog->txtHighscorer->text();
+            dialog->cmdOK->click();
+        });
+        app.showHighscoreDialog();
+        QCOMPARE(previous, QStringLiteral("Ann "));
+        QCOMPARE(store.read("Gorvane", "Highscore", "") + "|" + store.read("Gorvane", "Highscorer", ""), byEnter);
+        QVERIFY(!app.frmHighscore().isVisible());
+    }
+
+    void helpExplainsPausesAndRemembersItsPlace() {
+        QuillopApp app(quiet());
+        app.Main();
+        QTRY_COMPARE(app.frmMDI().width(), 7000.0f);  // framed: no resize is still to come
+        Gorvane& game = app.program().gorvane();
+        QVERIFY(game.Timer1.Enabled == kTrue);
+        bool pausedWhileOpen = false;
+        QPoint place;
+        whenModal([&](QWidget* w) {
+            auto* help = static_cast<FrmHelp*>(w);
+            pausedWhileOpen = game.Timer1.Enabled == kFalse;
+            place = help->pos();
+            QCOMPARE(help->windowTitle(), QStringLiteral("Help"));
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::WelcomeText()));
+            QCOMPARE(nextTab(help->cmdTips), help->cmdClose);
+            QCOMPARE(nextTab(help->cmdClose), help->txtHelp);
+
+            PictureBox* club = help->pictures.at(HelpObject::Club);
+            QTest::mousePress(club, Qt::RightButton, {}, QPoint(30, 5));  // past the figure (450 twips)
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::WelcomeText()));
+            QTest::mousePress(club, Qt::RightButton, {}, QPoint(24, 21));  // 360, 315 twips: on it
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Club)));
+            QTest::mousePress(help->pictures.at(HelpObject::Seeker), Qt::LeftButton, {}, QPoint(15, 2));
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Club)));
+            QTest::mouseClick(help->pictures.at(HelpObject::Paddle), Qt::LeftButton, {}, QPoint(3, 2));
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Paddle)));
+            QTest::mousePress(help, Qt::LeftButton, {}, QPoint(27, 163));  // inside the puck circle
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Puck)));
+            QTest::mousePress(help, Qt::LeftButton, {}, QPoint(48, 150));  // on shapePuck2's edge: not inside
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Puck)));
+            QTest::mousePress(help, Qt::LeftButton, {}, QPoint(53, 149));
+            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::EnergizedPuck)));
+            help->cmdTips->click();
+            QVERIFY(help->txtHelp->toPlainText().endsWith(QStringLiteral("level 9 to win the game.")));
+            QTest::keyClick(help, Qt::Key_Escape);  // no cancel button: still open
+            QVERIFY(help->isVisible());
+            help->move(150, 90);
+            help->cmdClose->click();
+        });
+        app.openHelp();
+        QVERIFY(pausedWhileOpen);
+        QCOMPARE(place, QPoint(13, 27));  // Left 200, Top 400 twips
+        QCOMPARE(game.Timer1.Enabled, kTrue);
+        QtSettingsStore store;
+        QCOMPARE(store.read("Help", "Left", ""), std::string("2250"));
+        QCOMPARE(store.read("Help", "Top", ""), std::string("1350"));
+    }
+
+    void aboutBoxIsModelessAndSingle() {
+        QuillopApp app(quiet());
+        app.Main();
+        app.openAbout();
+        QPointer<FrmAbout> about = app.frmAbout();
+        QVERIFY(about && about->isVisible() && !about->isModal());
+        QCOMPARE(about->windowTitle(), QStringLiteral("About Quillop"));
+        QCOMPARE(about->lblTitle->text(), QStringLiteral("Quillop"));
+        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 2.0.0"));
+        QCOMPARE(about->cmdSysInfo->text(), QStringLiteral("&System Info..."));
+        QCOMPARE(nextTab(about->cmdOK), about->cmdSysInfo);
+        QVERIFY(about->cmdOK->isDefault());
+        app.openAbout();
+        QCOMPARE(app.frmAbout(), about.data());
+        if (FrmAbout::systemInfoTool().isEmpty()) {
+            QString text;
+            whenModal([&](QWidget* w) {
+                auto* box = qobject_cast<QMessageBox*>(w);
+                text = box->text();
+                QCOMPARE(box->windowTitle(), QStringLiteral("Quillop"));
+                box->button(QMessageBox::Ok)->click();
+            });
+            about->cmdSysInfo->click();
+            QCOMPARE(text, QString::fromLatin1(FrmAbout::unavailableText()));
+            QVERIFY(about->isVisible());
+        }
+        about->cmdOK->click();
+        QTRY_VERIFY(about.isNull());  // unloaded
+        app.openAbout();
+        QVERIFY(app.frmAbout() && app.frmAbout() != nullptr);
+    }
+};
+
+QTEST_MAIN(DialogsTest)
+#include "dialogs_test.moc"

@@ -1,0 +1,188 @@
+// The frame: its arrangement of the children, its placement in the settings store, the
+// game timer's pauses, the New Game question, the score panel and what the playfield shows.
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+#include "shell/quillop_app.h"
+#include "shell_rig.h"
+
+using namespace quillop;
+using namespace quillop::test;
+
+class FrameTest : public QObject {
+    Q_OBJECT
+    static QuillopApp::Options quiet() { return {false, false}; }
+
+private slots:
+    void init() { emptySettings(); }
+
+    void emptyStoreOpensAtDefaultsAndArrangesChildren() {
+        QuillopApp app(quiet());
+        app.Main();
+        FrameWindow& frame = app.frmMDI();
+        PlayfieldWindow& field = app.frmGorvane();
+        // The outer size is given again once the window system has framed the window.
+        QTRY_COMPARE(frame.width(), 7000.0f);
+        QTRY_COMPARE(frame.height(), 6000.0f);
+        QCOMPARE(frame.top(), 300.0f);
+        QCOMPARE(frame.left(), 300.0f);
+        QCOMPARE(field.left(), 100.0f);
+        QCOMPARE(field.top(), 400.0f);
+        QCOMPARE(field.width(), 6620.0f);
+        QCOMPARE(field.height(), 4700.0f);
+        QCOMPARE(app.frmScore().width(), 433);  // 6500 twips
+        QCOMPARE(app.frmScore().pos(), QPoint(0, 0));
+        QCOMPARE(app.frmMDI().windowTitle(), QStringLiteral("Quillop High Score by Ormswell - 0"));
+        // The playfield's drawing area is its inside, and the surface matches it.
+        QCOMPARE(app.surface().image().size(), QSize(int(field.scaleWidth()), int(field.scaleHeight())));
+        QCOMPARE(int(field.scaleWidth()), 441 - 2 * FrmGorvane::kBorder);
+        QVERIFY(app.frmGorvane().cmdPlay->isVisible());
+        QVERIFY(!app.frmGorvane().cmdDrop->isVisible());
+
+        // Too small in the normal state: snapped back to 6000 by 5000, children following.
+        frame.setWidth(3000);
+        frame.setHeight(2000);
+        QTRY_COMPARE(frame.width(), 6000.0f);
+        QTRY_COMPARE(frame.height(), 5000.0f);
+        QTRY_COMPARE(field.width(), 5620.0f);
+        QTRY_COMPARE(field.height(), 3700.0f);
+        QTRY_COMPARE(app.frmScore().width(), 367);  // 5500 twips
+    }
+
+    void minimisingPausesAndPlacementSurvivesMaximised() {
+        {
+            QuillopApp app(quiet());
+            app.Main();
+            Gorvane& game = app.program().gorvane();
+            FrameWindow& frame = app.frmMDI();
+            frame.setLeft(450);
+            frame.setWidth(8010);
+            QTRY_COMPARE(app.program().frame.MDIPlacement().Width.value_or(0), 8010.0f);
+            frame.setWindowState(kMinimized);
+            QTRY_COMPARE(game.Timer1.Enabled, kFalse);
+            frame.setWindowState(kNormal);
+            QTRY_COMPARE(game.Timer1.Enabled, kTrue);
+            QTest::qWait(50);  // the restore's own resize events
+            game.Timer1.Enabled = kFalse;
+            frame.setWindowState(kNormal);  // no change, so no resize: the timer stays off
+            QTest::qWait(20);
+            QCOMPARE(game.Timer1.Enabled, kFalse);
+            frame.setWindowState(kMaximized);
+            QTRY_COMPARE(game.Timer1.Enabled, kTrue);
+            QTRY_VERIFY(frame.width() > 8010.0f);
+            QCOMPARE(app.program().frame.MDIPlacement().Width.value_or(0), 8010.0f);
+            app.frmMDI().close();  // saves the frame and the playfield
+        }
+        QtSettingsStore store;
+        QCOMPARE(store.read("MDI", "Width", ""), std::string("8010"));
+        QCOMPARE(store.read("MDI", "Left", ""), std::string("450"));
+        QCOMPARE(store.read("MDI", "Windowstate", ""), std::string("2"));
+        QCOMPARE(store.read("Gorvane", "Highscorer", ""), std::string("Ormswell"));
+        QuillopApp again(quiet());
+        again.Main();
+        QTRY_COMPARE(again.frmMDI().windowState(), int(kMaximized));
+        again.frmMDI().setWindowState(kNormal);
+        QTRY_COMPARE(again.frmMDI().width(), 8010.0f);
+        QCOMPARE(again.frmMDI().left(), 450.0f);
+    }
+
+    void newGameAsksOnlyWhileAGameRuns() {
+        QuillopApp app(quiet());
+        app.Main();
+        Gorvane& game = app.program().gorvane();
+        bool asked = false;
+        whenModal([&](QWidget*) { asked = true; });
+        app.newGame();  // ready state: at once, no question
+        QVERIFY(!asked);
+        QCOMPARE(game.Timer1.Enabled, kFalse);
+
+        app.frmGorvane().cmdPlay->click();
+        QCOMPARE(game.Timer1.Enabled, kTrue);
+        QVERIFY(!app.frmGorvane().cmdPlay->isVisible());
+        QString title, text;
+        whenModal([&](QWidget* w) {
+            auto* box = qobject_cast<QMessageBox*>(w);
+            title = box->windowTitle();
+            text = box->text();
+            QCOMPARE(box->icon(), QMessageBox::NoIcon);
+            box->button(QMessageBox::No)->click();
+        });
+        app.newGame();
+        QCOMPARE(title, QStringLiteral("Quillop"));
+        QCOMPARE(text, QStringLiteral("Chickening out of the current game?"));
+        QCOMPARE(game.Timer1.Enabled, kTrue);  // No: the game goes on
+        QCOMPARE(app.program().mod.GameOver, kFalse);
+
+        whenModal([](QWidget* w) { qobject_cast<QMessageBox*>(w)->button(QMessageBox::Yes)->click(); });
+        app.newGame();
+        QCOMPARE(game.Timer1.Enabled, kFalse);
+        QCOMPARE(app.program().mod.GameOver, kTrue);
+        QVERIFY(app.frmGorvane().cmdPlay->isVisible());
+    }
+
+    void scorePanelShowsTheTick() {
+        QuillopApp app(quiet());
+        app.Main();
+        FrmScore& panel = app.frmScore();
+        QCOMPARE(panel.Label1[0]->text(), QStringLiteral("Score:"));
+        QCOMPARE(panel.Label1[2]->text(), QStringLiteral("Lives:"));
+        QCOMPARE(panel.lblScore->palette().color(QPalette::WindowText), QColor(0, 255, 0));
+        QCOMPARE(panel.lblLives->palette().color(QPalette::WindowText), QColor(255, 0, 0));
+        QVERIFY(panel.lblLevel->font().bold() && !panel.Label1[1]->font().bold());
+        QCOMPARE(panel.lblLevel->geometry().left(), 1 + 232);  // 3480 twips inside the border
+
+        app.frmGorvane().cmdPlay->click();
+        Gorvane& game = app.program().gorvane();
+        app.program().mod.Score = 3250;
+        game.Timer1_Timer();
+        QCOMPARE(panel.lblScore->text(), QStringLiteral("3250"));
+        QCOMPARE(panel.lblLevel->text(), QStringLiteral("1"));
+        QCOMPARE(panel.lblLives->text(), QStringLiteral("2"));
+        game.Lives = 1;
+        game.Timer1_Timer();
+        QCOMPARE(panel.lblLives->text(), QStringLiteral("0"));
+    }
+
+    void playfieldShowsSurfaceAndPuck() {
+        QuillopApp app(quiet());
+        app.Main();
+        FrmGorvane& field = app.frmGorvane();
+        Gorvane& game = app.program().gorvane();
+        field.cmdPlay->click();
+        ShapeModel& puck = game.shapePuck;
+        puck.Left = 100;
+        puck.Top = 50;
+        field.refresh();
+        QImage shown = field.canvas()->grab().toImage();
+        QCOMPARE(shown.size(), app.surface().image().size());
+        QCOMPARE(QColor(shown.pixel(104, 54)), QColor(Qt::white));         // solid white fill
+        QCOMPARE(QColor(shown.pixel(100, 54)), QColor(0xC0, 0xC0, 0xC0));  // its border
+        QCOMPARE(QColor(shown.pixel(100, 50)), QColor(app.surface().image().pixel(100, 50)));  // corner: the surface
+
+        // The lost puck's look: a dark red rounded square; hidden, it leaves the surface.
+        puck.Shape = kShapeRoundedSquare;
+        puck.FillColor = kExplodedRed;
+        field.refresh();
+        shown = field.canvas()->grab().toImage();
+        QCOMPARE(QColor(shown.pixel(104, 54)), QColor(0xC0, 0, 0));
+        puck.Visible = kFalse;
+        field.refresh();
+        shown = field.canvas()->grab().toImage();
+        QCOMPARE(shown.pixel(104, 54), app.surface().image().pixel(104, 54));
+
+        // A picture painted by the game reaches the screen; the controls follow their models.
+        app.surface().paintPicture(Pic::Pointspod, 10, 10);
+        game.cmdDrop.Visible = kTrue;
+        game.cmdDrop.Left = 30;
+        field.refresh();
+        shown = field.canvas()->grab().toImage();
+        QCOMPARE(shown.copy(10, 10, 40, 40), app.surface().image().copy(10, 10, 40, 40));
+        QVERIFY(app.surface().image().copy(10, 10, 40, 40) != QImage(40, 40, QImage::Format_RGB32));
+        QVERIFY(field.cmdDrop->isVisible());
+        QCOMPARE(field.cmdDrop->x(), 30);
+    }
+};
+
+QTEST_MAIN(FrameTest)
+#include "frame_test.moc"

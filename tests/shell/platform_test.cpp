@@ -1,0 +1,179 @@
+// The Qt services: the settings file, the timer's pace, the sound call and the wave reader.
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSettings>
+#include <QTest>
+#include <cstring>
+
+#include "game/settings_values.h"
+#include "platform/qt/qt_clock.h"
+#include "platform/qt/qt_settings_store.h"
+#include "platform/qt/qt_sound.h"
+#include "platform/qt/tick_pacer.h"
+
+using namespace quillop;
+
+namespace {
+
+QByteArray wave(int rate, int channels, int bits, const QByteArray& pcm) {
+    QByteArray out("RIFF\0\0\0\0WAVE", 12);
+    auto put32 = [&](quint32 v) { for (int k = 0; k < 4; ++k) out.append(char((v >> (8 * k)) & 0xFF)); };
+    auto put16 = [&](quint16 v) { out.append(char(v & 0xFF)); out.append(char(v >> 8)); };
+    out.append("LIST", 4);  // a chunk the reader must step over (odd length: padded)
+    put32(3);
+    out.append("abc\0", 4);
+    out.append("fmt ", 4);
+    put32(16);
+    put16(1);
+    put16(quint16(channels));
+    put32(quint32(rate));
+    put32(quint32(rate * channels * bits / 8));
+    put16(quint16(channels * bits / 8));
+    put16(quint16(bits));
+    out.append("data", 4);
+    put32(quint32(pcm.size()));
+    out.append(pcm);
+    return out;
+}
+
+}  // namespace
+
+class PlatformTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() {
+        QtSettingsStore store;
+        QFile::remove(store.fileName());
+    }
+
+    void settingsRoundTripAsText() {
+        {
+            QtSettingsStore store;
+            store.write("MDI", "Width", "7000");
+            store.write("Gorvane", "Highscorer", "");
+            store.write("Gorvane", "Highscore", "12.5");
+            store.write("Help", "Top", " 400 ");
+            QVERIFY(store.fileName().endsWith(QStringLiteral("Quillop/Quillop.conf")));
+        }
+        QtSettingsStore again;
+        QCOMPARE(again.read("MDI", "Width", "1"), std::string("7000"));
+        QCOMPARE(again.read("Gorvane", "Highscorer", "Ormswell"), std::string(""));  // stored, though empty
+        QCOMPARE(again.read("Gorvane", "Highscore", "0"), std::string("12.5"));
+        QCOMPARE(again.read("Help", "Top", "0"), std::string(" 400 "));
+        QCOMPARE(again.read("MDI", "Top", "300"), std::string("300"));  // missing: the default
+        // Plain text in the file, not a typed value.
+        QSettings raw(again.fileName(), QSettings::IniFormat);
+        QCOMPARE(raw.value("MDI/Width").typeId(), QMetaType::QString);
+    }
+
+    void handEditedValuesFallBack() {
+        QtSettingsStore store;
+        {
+            QFile file(store.fileName());
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            file.write("[MDI]\nWidth=wide\nHeight=1e40\nTop=-250.5\nLeft=a, b\nWindowstate=7\n"
+                       "[Gorvane]\nHighscore=nan\n\x01\xff garbage line\n");
+        }
+        QtSettingsStore reread;
+        QCOMPARE(readTwips(reread, "MDI", "Width", 7000, TwipsUse::Size), 7000.0f);
+        QCOMPARE(readTwips(reread, "MDI", "Height", 6000, TwipsUse::Size), 6000.0f);
+        QCOMPARE(readTwips(reread, "MDI", "Top", 300, TwipsUse::Position), -250.5f);
+        QCOMPARE(readTwips(reread, "MDI", "Left", 300, TwipsUse::Position), 300.0f);
+        QCOMPARE(readWindowState(reread, "MDI", 0), 0);
+        QCOMPARE(readHighscore(reread), 0.0);
+        QCOMPARE(readHighscorer(reread), std::string("Ormswell"));
+    }
+
+    void clockStepsSixtyFourTimesASecond() {
+        QtClock clock;
+        for (int k = 0; k < 50; ++k) {
+            const double t = clock.secondsSinceMidnight();
+            QCOMPARE(t * 64, std::floor(t * 64));
+            QVERIFY(t >= 0 && t < 86400);
+        }
+    }
+
+    void pacerRunsAtSixtyFourTicksASecond() {
+        TimerModel timer{kTrue, 1};
+        int ticks = 0;
+        TickPacer pacer({[&] { return timer; }, [] { return false; }, [&] { ++ticks; }});
+        pacer.start();
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QTest::qWait(2000);
+        const double seconds = elapsed.nsecsElapsed() / 1e9;
+        qInfo("%d ticks in %.3f s", ticks, seconds);
+        QVERIFY2(std::abs(ticks - seconds * 64) <= 3, qPrintable(QString::number(ticks)));
+    }
+
+    void pacerKeepsDesignIntervalAndStopsWhenDisabledOrBusy() {
+        QCOMPARE(TickPacer::periodNs(600), 39 * TickPacer::kStepNs);  // rounded up to the clock's steps
+        QCOMPARE(TickPacer::periodNs(1), TickPacer::kStepNs);
+        TimerModel timer{kTrue, 600};
+        bool busy = false;
+        int ticks = 0;
+        TickPacer pacer({[&] { return timer; }, [&] { return busy; }, [&] { ++ticks; }});
+        pacer.start();
+        QTest::qWait(1300);
+        QCOMPARE(ticks, 2);  // at 609 and 1219 ms
+        timer.Enabled = kFalse;
+        QTest::qWait(200);
+        const int stopped = ticks;
+        busy = true;
+        timer.Enabled = kTrue;
+        timer.Interval = 1;
+        pacer.sync();
+        QTest::qWait(200);
+        QCOMPARE(ticks, stopped);  // disabled, then refused while a tick still runs
+        busy = false;
+        QTest::qWait(200);
+        QVERIFY(ticks > stopped && ticks <= stopped + 16);  // no burst for the refused time
+    }
+
+    void waveReaderMixesAndResamples() {
+        QByteArray pcm;
+        for (int k = 0; k < 4; ++k) pcm.append(char(0x80 + 64)).append(char(0x80 - 64 + k * 32));  // 8-bit stereo
+        Wave w;
+        QVERIFY(decodeWave(wave(11025, 2, 8, pcm), w));
+        QCOMPARE(w.rate, 11025);
+        QCOMPARE(int(w.samples.size()), 4);
+        QCOMPARE(int(w.samples[0]), 0);         // +64 and -64 mixed
+        QCOMPARE(int(w.samples[2]), 32 * 256);  // +64 and 0
+        const Wave up = resampled(w, 22050);
+        QCOMPARE(int(up.samples.size()), 8);
+        QCOMPARE(int(up.samples[1]), 8 * 256);  // halfway between 0 and 16 * 256
+        QVERIFY(!decodeWave(QByteArray("RIFF....WAVEjunk"), w));
+        QVERIFY(!decodeWave(wave(22050, 1, 24, QByteArray(6, '\0')), w));
+    }
+
+    void soundLookupPrefersTheCurrentDirectory() {
+        QCOMPARE(locateSound("drop.wav"), QStringLiteral(":/sounds/drop.wav"));
+        QVERIFY(locateSound("nosuch.wav").isEmpty());
+        QVERIFY(locateSound("../drop.wav").isEmpty());
+        QFile local(QDir::current().filePath("drop.wav"));
+        QVERIFY(local.open(QIODevice::WriteOnly));
+        local.write(wave(22050, 1, 16, QByteArray(4, '\0')));
+        local.close();
+        QCOMPARE(locateSound("drop.wav"), QDir::current().filePath("drop.wav"));
+        local.remove();
+    }
+
+    void playingASoundNeverWaits() {
+        QtSoundPlayer player;
+        player.playSound("begin.wav");  // before the sound thread: kept for it
+        player.start();
+        qint64 worst = 0;
+        QElapsedTimer t;
+        for (int k = 0; k < 200; ++k) {
+            t.start();
+            player.playSound(k % 2 ? "drop.wav" : "nosuch.wav");
+            worst = std::max(worst, t.nsecsElapsed());
+            if (k % 20 == 0) QTest::qWait(5);
+        }
+        qInfo("slowest play: %.3f ms (audible: %d)", worst / 1e6, int(player.audible()));
+        QVERIFY(worst < 1'000'000);
+    }
+};
+
+QTEST_MAIN(PlatformTest)
+#include "platform_test.moc"
