@@ -38,16 +38,6 @@ inline void blendRow(std::uint32_t* dst, const std::uint32_t* src, int count) {
 // next to rebuilding the region thousands of times a second.
 constexpr int kTile = 16;
 
-void addDirty(QRegion& dirty, const QRect& rect, const QRect& bounds) {
-    const int left = rect.left() & ~(kTile - 1);
-    const int top = rect.top() & ~(kTile - 1);
-    const int right = (rect.right() | (kTile - 1)) + 1;
-    const int bottom = (rect.bottom() | (kTile - 1)) + 1;
-    const QRect snapped = QRect(left, top, right - left, bottom - top) & bounds;
-    if (dirty.contains(snapped)) return;
-    dirty += snapped;
-}
-
 }  // namespace
 
 ImageSurface::ImageSurface(const PictureSet& pictures, int width, int height) : pictures_(pictures) {
@@ -56,6 +46,8 @@ ImageSurface::ImageSurface(const PictureSet& pictures, int width, int height) : 
 
 void ImageSurface::resize(int width, int height) {
     image_ = QImage(std::max(width, 0), std::max(height, 0), QImage::Format_RGB32);
+    tileColumns_ = (image_.width() + kTile - 1) / kTile;
+    dirtyTiles_.assign(static_cast<std::size_t>(tileColumns_) * ((image_.height() + kTile - 1) / kTile), 0);
     clear();
 }
 
@@ -91,7 +83,23 @@ void ImageSurface::paintPicture(Pic picture, float x, float y) {
             // A bitmap replaces its rectangle; its pixels are opaque, so the copy is exact.
             std::memcpy(dst, src, static_cast<std::size_t>(count) * sizeof(std::uint32_t));
     }
-    addDirty(dirty_, QRect(x0, y0, count, y1 - y0), image_.rect());
+    markDirty(QRect(x0, y0, count, y1 - y0));
+}
+
+void ImageSurface::markDirty(const QRect& rect) {
+    if (rect.isEmpty()) return;
+    const int left = rect.left() / kTile, right = rect.right() / kTile;
+    const int top = rect.top() / kTile, bottom = rect.bottom() / kTile;
+    bool fresh = false;
+    for (int ty = top; ty <= bottom; ++ty)
+        for (int tx = left; tx <= right; ++tx) {
+            std::uint8_t& tile = dirtyTiles_[static_cast<std::size_t>(ty) * tileColumns_ + tx];
+            fresh |= tile == 0;
+            tile = 1;
+        }
+    if (!fresh) return;
+    const QRect snapped(left * kTile, top * kTile, (right - left + 1) * kTile, (bottom - top + 1) * kTile);
+    dirty_ += snapped & image_.rect();
 }
 
 void ImageSurface::setBackColor(std::uint32_t bgr) {
@@ -103,11 +111,13 @@ void ImageSurface::clear() {
     if (image_.isNull()) return;
     image_.fill(fromBgr(backColor_));
     dirty_ = image_.rect();
+    std::fill(dirtyTiles_.begin(), dirtyTiles_.end(), 1);
 }
 
 QRegion ImageSurface::takeDirtyRegion() {
     QRegion taken;
     taken.swap(dirty_);
+    std::fill(dirtyTiles_.begin(), dirtyTiles_.end(), 0);
     return taken;
 }
 

@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QRect>
 #include <QRegion>
+#include <cstdint>
+#include <vector>
 
 #include "game/world.h"
 #include "platform/qt/picture_set.h"
@@ -26,10 +28,16 @@ public:
     QRegion takeDirtyRegion();
 
 private:
+    void markDirty(const QRect& rect);
+
     const PictureSet& pictures_;
     QImage image_;
     std::uint32_t backColor_ = 0;  // 0x00BBGGRR
     QRegion dirty_;
+    // One flag per 16 x 16 tile already in dirty_, so a sprite that keeps moving within
+    // dirty tiles costs no region arithmetic.
+    std::vector<std::uint8_t> dirtyTiles_;
+    int tileColumns_ = 0;
 };
 
 }  // namespace quillop

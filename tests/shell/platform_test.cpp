@@ -6,10 +6,13 @@
 #include <cstring>
 
 #include "game/settings_values.h"
+#include "platform/qt/image_surface.h"
+#include "platform/qt/picture_set.h"
 #include "platform/qt/qt_clock.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"
+#include "shell_rig.h"
 
 using namespace quillop;
 
@@ -41,9 +44,34 @@ QByteArray wave(int rate, int channels, int bits, const QByteArray& pcm) {
 class PlatformTest : public QObject {
     Q_OBJECT
 private slots:
-    void init() {
-        QtSettingsStore store;
-        QFile::remove(store.fileName());
+    void init() { test::emptySettings(); }
+
+    // Icons keep their transparency, bitmaps replace their rectangle, erasers paint black,
+    // and every changed pixel lies in the region handed to the window.
+    void surfaceFollowsThePaintRulesAndReportsEveryChange() {
+        PictureSet pictures;
+        ImageSurface surface(pictures, 100, 80);
+        surface.setBackColor(0xFFFFFF);
+        surface.takeDirtyRegion();
+        surface.paintPicture(Pic::Club, 0, 0);  // 24 x 22 figure in a 32 x 32 icon
+        QCOMPARE(surface.image().pixel(31, 31), qRgb(255, 255, 255));
+        QVERIFY(surface.image().pixel(12, 10) != qRgb(255, 255, 255));
+        surface.paintPicture(Pic::Arsemask, 0, 0);
+        QCOMPARE(surface.image().pixel(12, 10), qRgb(0, 0, 0));
+        QCOMPARE(surface.image().pixel(31, 31), qRgb(255, 255, 255));
+        surface.paintPicture(Pic::Mask24x22, 50, 40);  // a bitmap: its whole rectangle
+        QCOMPARE(surface.image().pixel(50, 40), qRgb(0, 0, 0));
+        QCOMPARE(surface.image().pixel(73, 61), qRgb(0, 0, 0));
+        QCOMPARE(surface.image().pixel(74, 61), qRgb(255, 255, 255));
+        // A paint that overlaps an area already reported must still be reported whole.
+        surface.paintPicture(Pic::Club, 20, 6);
+        const QRegion dirty = surface.takeDirtyRegion();
+        for (const QRect& painted : {QRect(0, 0, 32, 32), QRect(50, 40, 24, 22), QRect(20, 6, 32, 32)})
+            QCOMPARE(dirty.intersected(painted), QRegion(painted));
+        QVERIFY(surface.takeDirtyRegion().isEmpty());
+        surface.setBackColor(0x000000);
+        QCOMPARE(surface.image().pixel(12, 10), qRgb(0, 0, 0));
+        QCOMPARE(surface.takeDirtyRegion(), QRegion(surface.image().rect()));
     }
 
     void settingsRoundTripAsText() {

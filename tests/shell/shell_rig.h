@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -12,7 +13,12 @@
 
 namespace quillop::test {
 
+// The settings file of a private, empty home, so that a test run by hand never touches
+// the player's own file.
 inline void emptySettings() {
+    static QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
     QtSettingsStore store;
     QFile::remove(store.fileName());
 }
