@@ -1,0 +1,77 @@
+#!/bin/bash
+# Benchmark, not a test: prints figures and fails only when it cannot measure.
+#   start-up: launch to the frame being mapped, and to the Play button being
+#             drawn (first screen grab that shows it), over RUNS launches
+#   playing:  CPU of the game (and of the X server) over SECONDS of play, as a
+#             percentage of one core, from utime+stime in /proc/PID/stat
+#   memory:   VmRSS and VmHWM of the game after the play
+#   pace:     how many times a second the playfield's pixels change
+#
+# usage: perf.sh PATH/TO/Quillop2 [ARTIFACTS_DIR]   (env: RUNS=3 SECONDS_PLAYED=10)
+source "$(dirname "$0")/lib.sh"
+e2e_init perf "$1" "${2:-}"
+e2e_start_x
+RUNS=${RUNS:-3}
+PLAY_S=${SECONDS_PLAYED:-10}
+HZ=$(getconf CLK_TCK)
+
+ms_since() { echo $(( ($(date +%s%N) - $1) / 1000000 )); }
+cpu_ticks() { awk '{print $14 + $15}' "/proc/$1/stat"; }
+MAPPED=() DRAWN=()
+for run in $(seq "$RUNS"); do
+    rm -rf "$XDG_CONFIG_HOME/Quillop"          # every launch from an empty home
+    e2e_start_game
+    t0=$GAME_T0
+    FRAME=""
+    for _ in $(seq 2000); do
+        FRAME=$(xdotool search --onlyvisible --name '^Quillop' 2>/dev/null | head -1) && [ -n "$FRAME" ] && break
+        sleep 0.005
+    done
+    [ -n "$FRAME" ] || die "no frame within 10 s"
+    MAPPED+=("$(ms_since "$t0")")
+    e2e_geometry "$FRAME"
+    seen=$($PIX waitlit $((WX + 227)) $((WY + 210)) 10) \
+        || die "the Play button never showed at $((WX + 227)),$((WY + 210))"
+    DRAWN+=("$(( (seen - t0) / 1000000 ))")
+    log "launch $run: mapped ${MAPPED[-1]} ms, Play drawn ${DRAWN[-1]} ms"
+    if [ "$run" -lt "$RUNS" ]; then
+        e2e_wm_close "$FRAME"; e2e_wait_exit 10 || die "no exit"
+    fi
+done
+median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
+
+# --- a game of PLAY_S seconds ----------------------------------------------
+sleep 1
+S=$(e2e_shot ready)
+read -r PX PY _ < <($PIX button "$S" "$WX,$WY,$WW,$WH" $((WX + 227)) $((WY + 210))) || die "no Play button"
+XPID=${E2E_PIDS[0]}
+rss_before=$(awk '/VmRSS/ {print $2}' "/proc/$GAME_PID/status")
+xdotool mousemove "$PX" "$PY" click 1 mousemove "$PX" $((PY + 110))
+sleep 0.2
+g0=$(cpu_ticks "$GAME_PID"); x0=$(cpu_ticks "$XPID"); t0=$(date +%s%N)
+# wiggle the paddle now and then, as a player would
+for _ in $(seq $((PLAY_S * 2))); do
+    xdotool mousemove_relative -- $((RANDOM % 41 - 20)) 0
+    sleep 0.5
+done
+g1=$(cpu_ticks "$GAME_PID"); x1=$(cpu_ticks "$XPID"); el=$(ms_since "$t0")
+game_alive || die "the game died while playing"
+e2e_shot playing >/dev/null
+rss=$(awk '/VmRSS/ {print $2}' "/proc/$GAME_PID/status")
+hwm=$(awk '/VmHWM/ {print $2}' "/proc/$GAME_PID/status")
+threads=$(awk '/Threads/ {print $2}' "/proc/$GAME_PID/status")
+# The field is repainted once per tick: counting how often its pixels change
+# gives the tick pace from outside (a lower bound: a tick that changes
+# nothing visible is not seen).  Measured after the CPU figures, as the
+# polling itself loads the X server.
+read -r redraws grabs < <($PIX changes "$((WX + 8)),$((PY - 150)),$((WW - 16)),260" 3)
+pct() { $PYTHON -c "print('%.1f' % (100.0 * $1 / $HZ / ($el / 1000.0)))"; }
+
+echo "=== Quillop2 under Xvfb 1280x1024 + openbox, $(nproc) cores ==="
+echo "start-up to frame mapped:   $(median "${MAPPED[@]}") ms median (${MAPPED[*]})"
+echo "start-up to Play drawn:     $(median "${DRAWN[@]}") ms median (${DRAWN[*]})"
+echo "CPU while playing ${PLAY_S}s:     game $(pct $((g1 - g0)))% of one core, Xvfb $(pct $((x1 - x0)))%"
+echo "memory:                     VmRSS $((rss_before / 1024)) MB ready, $((rss / 1024)) MB playing; VmHWM $((hwm / 1024)) MB; $threads threads"
+echo "field redraws:              $redraws a second (of $grabs screen polls a second; the tick pace, seen from outside)"
+e2e_wm_close "$FRAME"
+e2e_wait_exit 10 || fail "no exit after the close"
