@@ -10,4 +10,4 @@ build-san/tests/core/quillop_core_tests --gtest_brief=1
 build-san/tools/bench/quillop-bench --random-scenario 20261123 > build-san/random.scn
 build-san/tools/sim/quillop-sim build-san/random.scn > build-san/random.trace 2> build-san/random.err
 if [ -s build-san/random.err ]; then cat build-san/random.err; exit 1; fi
-echo "sanitized random scenario: $(grep -c '^tick' build-san/random.scn) tick commands, $(wc -l < build-san/random.trace) ticks run, clean"
+echo "sanitized random scenario: $(awk '$1=="tick"{n+=$2} END{print n}' build-san/random.scn) timer events, $(wc -l < build-san/random.trace) ticks run, clean"

@@ -88,6 +88,9 @@ int randomScenario(std::uint64_t seed, const char* snapshotPrefix) {
                 static_cast<unsigned long long>(seed), whole(0, 16777215), whole(0, 20000), whole(0, 99), w, h);
     std::uint64_t ticks = 0;
     int snapshots = 0;
+    // What stopped the timer is undone after the next tick command, so most of the million
+    // ticks run the game rather than find the timer off.
+    std::string resume;
     while (ticks < 1000000) {
         const double pick = uniform(0, 1);
         if (pick < 0.55) {
@@ -100,12 +103,15 @@ int randomScenario(std::uint64_t seed, const char* snapshotPrefix) {
             std::printf("drop\n");
         } else if (pick < 0.661) {
             std::printf("newgame %s\n", chance(0.5) ? "yes" : "no");
+            resume += "play\n";
         } else if (pick < 0.662) {
             std::printf("help\n");
+            resume += "closehelp\n";
         } else if (pick < 0.664) {
             std::printf("closehelp\n");
         } else if (pick < 0.665) {
             std::printf("minimize\n");
+            resume += "restore\n";
         } else if (pick < 0.667) {
             std::printf("restore\n");
         } else if (pick < 0.6675) {
@@ -120,6 +126,8 @@ int randomScenario(std::uint64_t seed, const char* snapshotPrefix) {
             const std::uint64_t n = std::min<std::uint64_t>(whole(1, 40), 1000000 - ticks);
             std::printf("tick %llu\n", static_cast<unsigned long long>(n));
             ticks += n;
+            std::fputs(resume.c_str(), stdout);
+            resume.clear();
         }
     }
     return 0;
