@@ -1,8 +1,14 @@
 #include "shell/frm_gorvane.h"
 
+#include <algorithm>
+
+#include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
+#include <QPixmap>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 
 #include "platform/qt/shape_paint.h"
 #include "shell/classic.h"
@@ -21,6 +27,43 @@ public:
 protected:
     void mousePressEvent(QMouseEvent* event) override { event->accept(); }
     void mouseMoveEvent(QMouseEvent* event) override { event->accept(); }
+};
+
+// The playfield's buttons sit over a field that changes every tick, so they are repainted
+// with it almost every tick; laying out their captions each time was most of the cost of a
+// frame. The face is drawn once into a pixmap and drawn again from it until the button's
+// look (state, caption, size, palette, font) changes.
+class FieldButton : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        const qreal ratio = devicePixelRatioF();
+        const bool same = !face_.isNull() && option.state == drawn_.state && option.features == drawn_.features &&
+                          option.text == drawn_.text && option.rect == drawn_.rect &&
+                          option.palette.cacheKey() == drawn_.palette.cacheKey() &&
+                          option.palette.currentColorGroup() == drawn_.palette.currentColorGroup() &&
+                          font() == drawnFont_ && ratio == face_.devicePixelRatio();
+        if (!same) {
+            face_ = QPixmap((QSizeF(size()) * ratio).toSize());
+            face_.setDevicePixelRatio(ratio);
+            face_.fill(Qt::transparent);
+            QStylePainter facePainter(&face_, this);
+            facePainter.drawControl(QStyle::CE_PushButton, option);
+            drawn_ = option;
+            drawnFont_ = font();
+        }
+        QPainter painter(this);
+        painter.drawPixmap(0, 0, face_);
+    }
+
+private:
+    QPixmap face_;
+    QStyleOptionButton drawn_;
+    QFont drawnFont_;
 };
 
 void syncControl(QWidget* widget, const ControlModel& model) {
@@ -90,25 +133,35 @@ FrmGorvane::FrmGorvane(QWidget* parent, ImageSurface& surface) : QWidget(parent)
     canvas_ = new PlayfieldCanvas(*this);
 
     // Design places in twips; the game re-centres them at once.
-    cmdPlay = new QPushButton(QStringLiteral("Play"), canvas_);
+    cmdPlay = new FieldButton(QStringLiteral("Play"), canvas_);
     cmdPlay->setObjectName(QStringLiteral("cmdPlay"));
     cmdPlay->setGeometry(twipsRect(360, 960, 2175, 615));
     cmdPlay->setFont(classicFont(18));
     QPalette face = cmdPlay->palette();
     face.setColor(QPalette::Button, QColor(0x80, 0x80, 0x80));
     cmdPlay->setPalette(face);
-    cmdDrop = new QPushButton(QStringLiteral("Drop"), canvas_);
+    cmdDrop = new FieldButton(QStringLiteral("Drop"), canvas_);
     cmdDrop->setObjectName(QStringLiteral("cmdDrop"));
     cmdDrop->setGeometry(twipsRect(360, 1680, 2175, 615));
     cmdDrop->setFont(classicFont(13.5));
     cmdDrop->hide();
-    cmdShowVars = new QPushButton(QStringLiteral("Show Variable Window"), canvas_);
+    cmdShowVars = new FieldButton(QStringLiteral("Show Variable Window"), canvas_);
     cmdShowVars->setGeometry(twipsRect(360, 2400, 2535, 495));
     cmdShowVars->hide();
     Label7 = new MessageLabel(QStringLiteral("Insert Coin"), canvas_);
     Label7->setObjectName(QStringLiteral("Label7"));
     Label7->setGeometry(twipsRect(360, 3120, 2535, 495));
-    Label7->setFont(classicFont(24, true, "Small Fonts"));
+    // "Small Fonts" was a narrow face; our stand-in is wider, so it is shrunk until the
+    // longer of the label's two messages fits the label, as the original's did.
+    QFont messageFont = classicFont(24, true, "Small Fonts");
+    for (double points = 24; points > 8; points -= 0.5) {
+        messageFont.setPointSizeF(points);
+        const QFontMetrics metrics(messageFont);
+        if (std::max(metrics.horizontalAdvance(QStringLiteral("Insert Coin")),
+                     metrics.horizontalAdvance(QStringLiteral("You Win !!"))) < Label7->width())
+            break;
+    }
+    Label7->setFont(messageFont);
     QPalette orange = Label7->palette();
     orange.setColor(QPalette::WindowText, QColor(0xFF, 0x80, 0x00));
     Label7->setPalette(orange);
