@@ -12,6 +12,7 @@
 
 #include "platform/qt/shape_paint.h"
 #include "shell/classic.h"
+#include "shell/quillop_app.h"
 
 namespace quillop {
 namespace {
@@ -52,12 +53,19 @@ protected:
             face_.setDevicePixelRatio(ratio);
             face_.fill(Qt::transparent);
             QStylePainter facePainter(&face_, this);
+            // What a painter opened on the widget itself would start with.
+            facePainter.setFont(font());
+            facePainter.setPen(palette().color(foregroundRole()));
+            facePainter.setLayoutDirection(layoutDirection());
             facePainter.drawControl(QStyle::CE_PushButton, option);
             drawn_ = option;
             drawnFont_ = font();
         }
         QPainter painter(this);
         painter.drawPixmap(0, 0, face_);
+        static bool first = true;
+        if (first) startupMark("first button painted");
+        first = false;
     }
 
 private:

@@ -1,16 +1,58 @@
 #include "shell/quillop_app.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QTimer>
+#include <cstdio>
+#include <functional>
+#include <utility>
+#include <ctime>
 
 #include "shell/frm_help.h"
 
 namespace quillop {
 
+namespace {
+
+// Runs an action once, soon after the first paint of the widget it watches.
+class FirstPaintWatch : public QObject {
+public:
+    FirstPaintWatch(QObject* parent, std::function<void()> action) : QObject(parent), action_(std::move(action)) {}
+    void fire() {
+        if (auto action = std::exchange(action_, nullptr)) QTimer::singleShot(0, parent(), action);
+        deleteLater();
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint && action_) fire();
+        return false;
+    }
+
+private:
+    std::function<void()> action_;
+};
+
+}  // namespace
+
+void startupMark(const char* what) {
+    static const bool enabled = qEnvironmentVariableIntValue("QUILLOP_STARTUP_LOG") != 0;
+    static QElapsedTimer clock;
+    if (!enabled) return;
+    if (!clock.isValid()) {
+        clock.start();
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME, &now);
+        std::fprintf(stderr, "startup epoch ns %lld\n", now.tv_sec * 1000000000LL + now.tv_nsec);
+    }
+    std::fprintf(stderr, "startup %7.1f ms  %s\n", clock.nsecsElapsed() / 1e6, what);
+}
+
 QuillopApp::QuillopApp() : QuillopApp(Options{}) {}
 
 QuillopApp::QuillopApp(Options options) : options_(options), surface_(pictures_, 0, 0) {
+    startupMark("settings, sound, pictures");
     frame_ = std::make_unique<FrmMDI>();
     score_ = new FrmScore(frame_->client());
     playfield_ = new FrmGorvane(frame_->client(), surface_);
@@ -18,8 +60,10 @@ QuillopApp::QuillopApp(Options options) : options_(options), surface_(pictures_,
     score_->hide();
     playfield_->hide();
 
+    startupMark("windows");
     program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, settings_, surface_, *playfield_, *frame_,
                                                       clock_, pump_});
+    startupMark("program");
     playfield_->bind(*program_, [this] { afterEvent(); });
     pump_.setBeforeEach([](void* self) { static_cast<QuillopApp*>(self)->playfield_->refresh(); }, this);
 
@@ -59,7 +103,9 @@ QuillopApp::~QuillopApp() {
 
 void QuillopApp::Main() {
     program_->frame.Form_Load();
+    startupMark("frame loaded");
     frame_->show();
+    startupMark("frame shown");
     // The frame's first resize has arranged (and so loaded) the playfield; make sure of it
     // where the window system sent no resize.
     if (!program_->gorvaneLoaded()) frame_->onResize();
@@ -71,8 +117,14 @@ void QuillopApp::Main() {
     playfield_->show();
     afterEvent();
     if (options_.timer) pacer_->start();
-    // Finding the sound system can take a while; the window comes first.
-    if (options_.sound) QTimer::singleShot(0, frame_.get(), [this] { sound_.start(); });
+    // Finding the sound system and decoding the sounds take a while and compete with the
+    // first frame for the two cores the game may have: they wait until the playfield has
+    // been painted (or a second has passed, if the window is never painted).
+    if (options_.sound) {
+        auto* firstPaint = new FirstPaintWatch(frame_.get(), [this] { sound_.start(); });
+        playfield_->canvas()->installEventFilter(firstPaint);
+        QTimer::singleShot(1000, firstPaint, [firstPaint] { firstPaint->fire(); });
+    }
 }
 
 void QuillopApp::afterEvent() {

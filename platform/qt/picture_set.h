@@ -9,6 +9,12 @@
 
 namespace quillop {
 
+// Reads an XPM file (C source form) straight through Qt's built-in XPM decoder. Going
+// through QImageReader instead makes Qt load every image-format plugin it has, and their
+// libraries, to ask whether one of them reads XPM, which was a good part of start-up.
+// A null image when the file is missing or not an XPM.
+QImage readXpm(const QString& path);
+
 class PictureSet {
 public:
     // Loads every picture from ":/sprites/<name>.xpm".

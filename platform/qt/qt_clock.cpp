@@ -3,15 +3,28 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QTime>
+#include <QTimer>
 #include <chrono>
 #include <cmath>
-#include <thread>
 
 namespace quillop {
+namespace {
+
+constexpr int kStepsPerSecond = 64;
+
+// Milliseconds from now until secondsSinceMidnight() next changes.
+int msToNextStep() {
+    const qint64 ms = QTime::currentTime().msecsSinceStartOfDay();
+    const qint64 step = ms * kStepsPerSecond / 1000;
+    const qint64 next = ((step + 1) * 1000 + kStepsPerSecond - 1) / kStepsPerSecond;
+    return static_cast<int>(next - ms);
+}
+
+}  // namespace
 
 double QtClock::secondsSinceMidnight() {
     const double t = QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
-    return std::floor(t * 64) / 64;
+    return std::floor(t * kStepsPerSecond) / kStepsPerSecond;
 }
 
 std::uint32_t QtClock::randomSeed() {
@@ -25,8 +38,15 @@ std::uint32_t QtClock::randomSeed() {
 void QtEventPump::processPendingEvents() {
     if (hook_) hook_(context_);
     QCoreApplication::processEvents(QEventLoop::AllEvents);
-    // The caller spins until the clock steps; let the compositor and the sound thread breathe.
-    std::this_thread::yield();
+    // The caller loops until the clock steps, and the clock only moves 64 times a second:
+    // rather than spin a core, wait for the next step or the next event, whichever is first.
+    const int wait = msToNextStep();
+    if (wait <= 0) return;
+    QTimer wake;
+    wake.setSingleShot(true);
+    wake.setTimerType(Qt::PreciseTimer);
+    wake.start(wait);
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
 }  // namespace quillop

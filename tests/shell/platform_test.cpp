@@ -2,6 +2,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <QTest>
 #include <cstring>
 
@@ -119,6 +121,47 @@ private slots:
             QCOMPARE(t * 64, std::floor(t * 64));
             QVERIFY(t >= 0 && t < 86400);
         }
+    }
+
+    // A wait for the clock's next step sleeps instead of spinning, yet still runs the
+    // window's events and ends on the step.
+    void pumpWaitsForTheClockWithoutSpinning() {
+        QtClock clock;
+        QtEventPump pump;
+        int hooks = 0;
+        pump.setBeforeEach([](void* n) { ++*static_cast<int*>(n); }, &hooks);
+        bool timerRan = false;
+        QTimer::singleShot(20, [&] { timerRan = true; });
+        QElapsedTimer elapsed;
+        elapsed.start();
+        const double start = clock.secondsSinceMidnight();
+        while (clock.secondsSinceMidnight() < start + 6.0 / 64 && elapsed.elapsed() < 2000) pump.processPendingEvents();
+        QVERIFY(timerRan);
+        QVERIFY2(elapsed.elapsed() >= 75 && elapsed.elapsed() < 140, qPrintable(QString::number(elapsed.elapsed())));
+        QVERIFY2(hooks <= 30, qPrintable(QString::number(hooks)));  // spinning made thousands
+    }
+
+    // The direct XPM reader gives what Qt's image reader gives, for every picture shipped,
+    // and turns down a file cut short.
+    void xpmReaderMatchesQtsReader() {
+        QStringList paths = {QStringLiteral(":/icons/quillop_32.xpm"), QStringLiteral(":/about.xpm")};
+        for (int k = 1; k < kPictureCount; ++k)
+            paths << QStringLiteral(":/sprites/%1.xpm").arg(QString::fromLatin1(pictureName(static_cast<Pic>(k))));
+        for (const QString& path : paths) {
+            const QImage expected(path);
+            QVERIFY2(!expected.isNull(), qPrintable(path));
+            QCOMPARE(readXpm(path).convertToFormat(QImage::Format_ARGB32),
+                     expected.convertToFormat(QImage::Format_ARGB32));
+        }
+        QFile whole(QStringLiteral(":/icons/quillop_16.xpm"));
+        QVERIFY(whole.open(QIODevice::ReadOnly));
+        QTemporaryDir dir;
+        QFile cut(dir.filePath(QStringLiteral("cut.xpm")));
+        QVERIFY(cut.open(QIODevice::WriteOnly));
+        cut.write(whole.readAll().left(300));
+        cut.close();
+        QVERIFY(readXpm(cut.fileName()).isNull());
+        QVERIFY(readXpm(dir.filePath(QStringLiteral("missing.xpm"))).isNull());
     }
 
     void pacerRunsAtSixtyFourTicksASecond() {
