@@ -106,7 +106,24 @@ congrats() {
 }
 CONGRATS=0
 
+# The paddle does not chase the puck, so the game may have ended (or be waiting for a
+# serve) by the time a step needs a running game: answer "Congrats!", then click the
+# centred Play or Drop button if one shows.
+ensure_game() {
+    local shot x y
+    congrats || true
+    sleep 0.3
+    shot=$(e2e_shot ensure-game)
+    if read -r x y _ < <($PIX button "$shot" "$CLIENT" "$PX" "$PY") &&
+       (( x > PX - 6 && x < PX + 6 && y > PY - 6 && y < PY + 6 )); then
+        log "a centred button shows: clicking it to have a game running"
+        xdotool mousemove "$x" "$y" click 1; sleep 0.3
+        xdotool mousemove "$MX" "$MY"
+    fi
+}
+
 # --- help window: modal, pauses the game -----------------------------------
+ensure_game
 xdotool windowactivate --sync "$FRAME" >/dev/null; sleep 0.2
 xdotool key --clearmodifiers alt+h; sleep 0.4; xdotool key h
 HELP=$(e2e_wait_window '^Help$' 10) || { congrats; die "no Help window after Help, Help Window"; }
@@ -153,6 +170,7 @@ ask_new_game() {
     xdotool key --clearmodifiers alt+f; sleep 0.4; xdotool key n
     BOX=$(e2e_wait_window '^Quillop$' 5)
 }
+ensure_game
 if ask_new_game; then
     pass "New Game while playing: a box titled 'Quillop' asks"
     e2e_shot 10-new-game-question >/dev/null
@@ -161,6 +179,7 @@ if ask_new_game; then
     xdotool mousemove "$MX" "$MY"; sleep 0.3
     A=$(e2e_shot 11-after-no); sleep 0.5; B=$(e2e_shot 12-after-no-later)
     congrats || check "after No the game goes on" test "$($PIX diff "$A" "$B" "$FIELD")" -gt 0
+    ensure_game
     if ask_new_game; then
         xdotool windowactivate --sync "$BOX" >/dev/null; xdotool key --clearmodifiers alt+y
         check "answer Yes closes the box" e2e_wait_gone "$BOX" 5
