@@ -80,6 +80,14 @@ FrmHighscore::FrmHighscore(QWidget* parent, HighscoreEntry& rules) : QDialog(par
 void FrmHighscore::showModal() {
     if (QScreen* screen = QGuiApplication::primaryScreen()) {
         QRect frame = frameGeometry();
+        // Before its first showing the window manager has not framed it yet; the frame
+        // window's own decorations are the best guess for its title bar and borders.
+        if (frame == geometry() && parentWidget()) {
+            const QWidget* owner = parentWidget()->window();
+            const QPoint inset = owner->geometry().topLeft() - owner->frameGeometry().topLeft();
+            frame = QRect(geometry().topLeft() - inset,
+                          size() + owner->frameGeometry().size() - owner->geometry().size());
+        }
         frame.moveCenter(screen->geometry().center());
         move(frame.topLeft());
     }
