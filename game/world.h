@@ -10,6 +10,9 @@
 
 namespace quillop {
 
+// Window placements are in twips, 15 to a pixel at the classic desktop's 96 dots per inch.
+constexpr float kTwipsPerPixel = 15;
+
 // The playfield's persistent drawing surface (inner pixel coordinates).
 class Surface {
 public:

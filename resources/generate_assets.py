@@ -673,8 +673,8 @@ def xpm(name, pic):
     out = ["/* XPM */", "static const char *const %s[] = {" % name,
            '"%d %d %d %d",' % (w, h, len(colours), cpp)]
     for c in colours:
-        spec = "None" if c is None else "#%02X%02X%02X" % c
-        out.append('"%s c %s",' % (codes[c], spec))
+        entry = "None" if c is None else "#%02X%02X%02X" % c
+        out.append('"%s c %s",' % (codes[c], entry))
     for y, row in enumerate(pic):
         out.append('"%s"%s' % ("".join(codes[px] for px in row), "," if y < h - 1 else ""))
     out.append("};")

@@ -10,9 +10,9 @@
 #include <cmath>
 #include <functional>
 
-namespace quillop {
+#include "game/world.h"
 
-constexpr double kTwipsPerPixel = 15.0;
+namespace quillop {
 
 inline int px(double twips) { return static_cast<int>(std::lround(twips / kTwipsPerPixel)); }
 inline float twips(int pixels) { return static_cast<float>(pixels * kTwipsPerPixel); }

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "resources/assets.h"
+
 namespace quillop {
 
 QImage readXpm(const QString& path) {
@@ -42,7 +44,7 @@ QImage readXpm(const QString& path) {
 PictureSet::PictureSet() {
     for (int k = 1; k < kPictureCount; ++k) {
         const Pic picture = static_cast<Pic>(k);
-        const QImage loaded = readXpm(QStringLiteral(":/sprites/%1.xpm").arg(QString::fromLatin1(pictureName(picture))));
+        const QImage loaded = readXpm(assets::spritePath(pictureName(picture)));
         // A picture that is not there stays null and paints nothing, rather than some
         // stand-in that would look like art.
         if (loaded.isNull()) continue;

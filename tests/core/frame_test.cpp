@@ -10,22 +10,9 @@ namespace quillop::test {
 namespace {
 
 // Like a real window, every change of size or state raises a resize event.
-struct TestFrameWindow : FrameWindow {
+struct TestFrameWindow : StoredFrame {
     MdiFrame* frame = nullptr;
-    float t = 0, l = 0, h = 0, w = 0, panelWidth = 0;
-    int state = 0;
-    float top() override { return t; }
-    float left() override { return l; }
-    float height() override { return h; }
-    float width() override { return w; }
-    int windowState() override { return state; }
-    void setTop(float v) override { t = v; }
-    void setLeft(float v) override { l = v; }
-    void setHeight(float v) override { h = v, resized(); }
-    void setWidth(float v) override { w = v, resized(); }
-    void setWindowState(int s) override { state = s, resized(); }
-    void setScorePanelWidth(float v) override { panelWidth = v; }
-    void resized() {
+    void resized() override {
         if (frame) frame->Form_Resize();
     }
 };
@@ -45,12 +32,12 @@ struct FrameRig : Rig {
 TEST(FrameArrangement, FirstStartWithAnEmptyStore) {
     FrameRig rig;
     rig.start();
-    EXPECT_EQ(rig.frameWindow.t, 300);
-    EXPECT_EQ(rig.frameWindow.l, 300);
-    EXPECT_EQ(rig.frameWindow.w, 7000);
-    EXPECT_EQ(rig.frameWindow.h, 6000);
+    EXPECT_EQ(rig.frameWindow.topT, 300);
+    EXPECT_EQ(rig.frameWindow.leftT, 300);
+    EXPECT_EQ(rig.frameWindow.widthT, 7000);
+    EXPECT_EQ(rig.frameWindow.heightT, 6000);
     EXPECT_EQ(rig.frameWindow.state, 0);
-    EXPECT_EQ(rig.frameWindow.panelWidth, 6500);
+    EXPECT_EQ(rig.frameWindow.scorePanelWidth, 6500);
     EXPECT_EQ(rig.window.leftT, 100);
     EXPECT_EQ(rig.window.topT, 400);
     EXPECT_EQ(rig.window.widthT, 6620);
@@ -62,8 +49,8 @@ TEST(FrameArrangement, TheNormalFrameSnapsBackToItsMinimumSize) {
     rig.start();
     rig.frameWindow.setWidth(4000);
     rig.frameWindow.setHeight(3000);
-    EXPECT_EQ(rig.frameWindow.w, 6000);
-    EXPECT_EQ(rig.frameWindow.h, 5000);
+    EXPECT_EQ(rig.frameWindow.widthT, 6000);
+    EXPECT_EQ(rig.frameWindow.heightT, 5000);
     EXPECT_EQ(rig.window.widthT, 5620);
     EXPECT_EQ(rig.window.heightT, 3700);
     // Maximised on a tiny screen there is no snap: the playfield falls back to 2 x 2.
@@ -131,10 +118,10 @@ TEST(Settings, UnusableStoredValuesFallBackOneByOne) {
                            {"MDI/Width", "7500"},     {"MDI/Windowstate", "7"}, {"Gorvane/Highscore", "nan"},
                            {"Gorvane/Highscorer", ""}, {"Gorvane/Top", "-5e9"}};
     rig.start();
-    EXPECT_EQ(rig.frameWindow.t, 300);
-    EXPECT_EQ(rig.frameWindow.l, 300);
-    EXPECT_EQ(rig.frameWindow.h, 6000);
-    EXPECT_EQ(rig.frameWindow.w, 7500);  // the good entry survives
+    EXPECT_EQ(rig.frameWindow.topT, 300);
+    EXPECT_EQ(rig.frameWindow.leftT, 300);
+    EXPECT_EQ(rig.frameWindow.heightT, 6000);
+    EXPECT_EQ(rig.frameWindow.widthT, 7500);  // the good entry survives
     EXPECT_EQ(rig.frameWindow.state, 0);
 
     Rig field;  // a fresh playfield load over the same store

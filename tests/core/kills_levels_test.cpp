@@ -157,7 +157,9 @@ TEST(Levels, EachThresholdAdvancesByItsRowOfTheTable) {
         EXPECT_EQ(g.EnergizedTime, row.energizedTime);
         EXPECT_EQ(g.KillCount, row.threshold + 1);
         EXPECT_EQ(rig.surface.backColors.back(), row.background);
-        if (row.formation == 2) EXPECT_EQ(g.ArseRowB[7].Active, kTrue);
+        if (row.formation == 2) {
+            EXPECT_EQ(g.ArseRowB[7].Active, kTrue);
+        }
         if (row.formation == 3) {
             EXPECT_EQ(g.Queen.Active, kTrue);
             EXPECT_EQ(g.Knight.Active, kFalse);

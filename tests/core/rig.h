@@ -4,12 +4,12 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "game/gorvane.h"
 #include "game/world.h"
+#include "platform/headless/stored_world.h"
 
 namespace quillop::test {
 
@@ -42,20 +42,6 @@ struct RecordingSound : SoundPlayer {
     }
 };
 
-struct MemorySettings : SettingsStore {
-    std::map<std::string, std::string> values;
-    std::vector<std::string> writes;  // "Section/Key=value", in order
-    std::string read(const std::string& section, const std::string& key,
-                     const std::string& fallback) override {
-        auto it = values.find(section + "/" + key);
-        return it == values.end() ? fallback : it->second;
-    }
-    void write(const std::string& section, const std::string& key, const std::string& value) override {
-        values[section + "/" + key] = value;
-        writes.push_back(section + "/" + key + "=" + value);
-    }
-};
-
 struct RecordingHost : Host {
     std::string score, level, lives, caption;
     int highscoreDialogs = 0;
@@ -73,41 +59,6 @@ struct RecordingHost : Host {
     bool askYesNo(const std::string&) override {
         ++questions;
         return answer;
-    }
-};
-
-// A playfield whose inner area is 440 x 300 pixels unless a test says otherwise.
-struct TestPlayfieldWindow : PlayfieldWindow {
-    float innerWidth = 440, innerHeight = 300;
-    float topT = 0, leftT = 0, heightT = 0, widthT = 0;
-    int state = 0;
-    std::string caption;
-    float scaleWidth() override { return innerWidth; }
-    float scaleHeight() override { return innerHeight; }
-    float top() override { return topT; }
-    float left() override { return leftT; }
-    float height() override { return heightT; }
-    float width() override { return widthT; }
-    int windowState() override { return state; }
-    void setTop(float v) override { topT = v; }
-    void setLeft(float v) override { leftT = v; }
-    void setHeight(float v) override { heightT = v; }
-    void setWidth(float v) override { widthT = v; }
-    void setWindowState(int s) override { state = s; }
-    void setCaption(const std::string& t) override { caption = t; }
-};
-
-// Seconds since midnight, stepping 1/64 s each time the game processes events.
-struct SteppingClock : Clock, EventPump {
-    double now = 36000;
-    std::uint32_t seed = 0;
-    int pumps = 0;
-    double secondsSinceMidnight() override { return now; }
-    std::uint32_t randomSeed() override { return seed; }
-    void processPendingEvents() override {
-        ++pumps;
-        now += 1.0 / 64;
-        if (now >= 86400) now -= 86400;
     }
 };
 
@@ -129,7 +80,7 @@ struct Rig {
     RecordingSound sound;
     MemorySettings settings;
     RecordingHost host;
-    TestPlayfieldWindow window;
+    StoredPlayfield window;
     SteppingClock clock;
     Generator rnd;
     ModQuillop mod{sound, host};

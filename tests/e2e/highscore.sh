@@ -18,12 +18,7 @@ NAME="Ada Lovelace"
 PREFIX="Quillop High Score by "
 LIMIT=120                     # seconds for the whole game to be lost
 
-FRAME=$(e2e_wait_window "^$PREFIX" 20) || die "no frame with the high-score caption"
-sleep 1
-xdotool windowactivate --sync "$FRAME" >/dev/null
-e2e_geometry "$FRAME"
-FX=$WX FY=$WY FW=$WW FH=$WH
-CLIENT="$FX,$FY,$FW,$FH"
+e2e_find_frame
 FIRST_TITLE=$(e2e_title "$FRAME")
 log "frame client $FW x $FH at $FX,$FY; caption '$FIRST_TITLE'"
 [ "$FIRST_TITLE" = "${PREFIX}Ormswell - 0" ] || die "an empty home should start at a best score of 0"

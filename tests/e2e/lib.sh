@@ -173,6 +173,17 @@ e2e_wait_gone() { # e2e_wait_gone WINDOW [SECONDS]
 
 # Client-area geometry of a window: sets WX WY WW WH (absolute, pixels) and
 # the frame extents FL FR FT FB that openbox adds around it.
+# The frame window with the high-score caption, activated; sets FRAME, its client area
+# FX FY FW FH and CLIENT ("x,y,w,h" for pixels.py).
+e2e_find_frame() {
+    FRAME=$(e2e_wait_window '^Quillop High Score by ' 20) || die "no frame with the high-score caption"
+    sleep 1
+    xdotool windowactivate --sync "$FRAME" >/dev/null
+    e2e_geometry "$FRAME"
+    FX=$WX FY=$WY FW=$WW FH=$WH
+    CLIENT="$FX,$FY,$FW,$FH"
+}
+
 e2e_geometry() {
     local info
     info=$(xwininfo -id "$1")

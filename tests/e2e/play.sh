@@ -15,12 +15,7 @@ source "$(dirname "$0")/lib.sh"
 e2e_init play "$1" "${2:-}"
 e2e_start_x
 e2e_start_game
-FRAME=$(e2e_wait_window '^Quillop High Score by' 20) || die "no frame with the high-score caption"
-sleep 1
-xdotool windowactivate --sync "$FRAME" >/dev/null
-e2e_geometry "$FRAME"
-FX=$WX FY=$WY FW=$WW FH=$WH
-CLIENT="$FX,$FY,$FW,$FH"
+e2e_find_frame
 log "frame client $FW x $FH at $FX,$FY"
 
 # The playfield: 100,400 twips into the frame's client area (below the menu

@@ -17,16 +17,6 @@ int imageExtent(double pixels) {
 
 }  // namespace
 
-std::string MemorySettings::read(const std::string& section, const std::string& key,
-                                 const std::string& fallback) {
-    const auto it = values.find(section + "/" + key);
-    return it == values.end() ? fallback : it->second;
-}
-
-void MemorySettings::write(const std::string& section, const std::string& key, const std::string& value) {
-    values[section + "/" + key] = value;
-}
-
 void HeadlessHost::showHighscoreDialog() {
     ++highscoreDialogs;
     if (!dialog) return;

@@ -11,13 +11,13 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "game/program.h"
 #include "game/world.h"
+#include "platform/headless/stored_world.h"
 
 namespace quillop {
 class PictureSet;
@@ -25,14 +25,6 @@ class ImageSurface;
 }  // namespace quillop
 
 namespace quillop::sim {
-
-constexpr float kTwipsPerPixel = 15;
-
-struct MemorySettings : SettingsStore {
-    std::map<std::string, std::string> values;  // "Section/Key"
-    std::string read(const std::string& section, const std::string& key, const std::string& fallback) override;
-    void write(const std::string& section, const std::string& key, const std::string& value) override;
-};
 
 struct SilentSound : SoundPlayer {
     void playSound(const std::string&) override {}
@@ -43,57 +35,6 @@ struct NullSurface : Surface {
     void paintPicture(Pic, float, float) override {}
     void setBackColor(std::uint32_t) override {}
     void clear() override {}
-};
-
-struct HeadlessPlayfield : PlayfieldWindow {
-    float innerWidth = 440, innerHeight = 300;  // pixels, set by the tool
-    float topT = 0, leftT = 0, heightT = 0, widthT = 0;
-    int state = 0;
-    std::string caption;
-    float scaleWidth() override { return innerWidth; }
-    float scaleHeight() override { return innerHeight; }
-    float top() override { return topT; }
-    float left() override { return leftT; }
-    float height() override { return heightT; }
-    float width() override { return widthT; }
-    int windowState() override { return state; }
-    void setTop(float v) override { topT = v; }
-    void setLeft(float v) override { leftT = v; }
-    void setHeight(float v) override { heightT = v; }
-    void setWidth(float v) override { widthT = v; }
-    void setWindowState(int s) override { state = s; }
-    void setCaption(const std::string& t) override { caption = t; }
-};
-
-// Setting a size raises no resize event here: the tool runs the arrangement itself, once
-// per command, in the order the scenario format gives.
-struct HeadlessFrame : FrameWindow {
-    float topT = 0, leftT = 0, heightT = 0, widthT = 0, scorePanelWidth = 0;
-    int state = 0;
-    float top() override { return topT; }
-    float left() override { return leftT; }
-    float height() override { return heightT; }
-    float width() override { return widthT; }
-    int windowState() override { return state; }
-    void setTop(float v) override { topT = v; }
-    void setLeft(float v) override { leftT = v; }
-    void setHeight(float v) override { heightT = v; }
-    void setWidth(float v) override { widthT = v; }
-    void setWindowState(int s) override { state = s; }
-    void setScorePanelWidth(float v) override { scorePanelWidth = v; }
-};
-
-// Time moves only while the game waits: each pass of the wait loop is 1/64 s, so the
-// explosion's delay ends after one pass and no other event runs in it.
-struct SteppingClock : Clock, EventPump {
-    double now = 0;
-    std::uint32_t seed = 0;
-    double secondsSinceMidnight() override { return now; }
-    std::uint32_t randomSeed() override { return seed; }
-    void processPendingEvents() override {
-        now += 1.0 / 64;
-        if (now >= 86400) now -= 86400;
-    }
 };
 
 // The frame's title, the score panel, the Yes/No question and the high-score dialog, whose
@@ -158,8 +99,10 @@ private:
     MemorySettings settings_;
     SilentSound sound_;
     HeadlessHost host_;
-    HeadlessPlayfield playfieldWindow_;
-    HeadlessFrame frameWindow_;
+    // Setting a size raises no resize event here: the tool runs the arrangement itself, once
+    // per command, in the order the scenario format gives.
+    StoredPlayfield playfieldWindow_;
+    StoredFrame frameWindow_;
     SteppingClock clock_;
     NullSurface null_;
     std::unique_ptr<PictureSet> pictures_;

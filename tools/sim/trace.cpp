@@ -73,14 +73,18 @@ public:
         }
         close();
     }
-    void numbers(std::initializer_list<double> values) {
-        open();
+    // Comma-separated, without brackets, so a list can mix numbers and flags.
+    void values(std::initializer_list<double> list) {
         bool firstValue = true;
-        for (const double v : values) {
+        for (const double v : list) {
             if (!firstValue) comma();
             firstValue = false;
             number(v);
         }
+    }
+    void numbers(std::initializer_list<double> list) {
+        open();
+        values(list);
         close();
     }
 
@@ -114,21 +118,12 @@ void appendTraceLine(std::string& out, HeadlessGame& game) {
     line.key("caption").text(game.host().frameCaption);
     line.key("timer").flag(g.Timer1.Enabled);
     line.key("puck").open();
-    line.number(puck.Left);
-    line.comma();
-    line.number(puck.Top);
-    line.comma();
-    line.number(puck.Width);
-    line.comma();
-    line.number(puck.Height);
+    line.values({puck.Left, puck.Top, puck.Width, puck.Height});
     line.comma();
     line.flag(puck.Visible);
     line.comma();
-    line.number(puck.Shape);
-    line.comma();
-    line.number(puck.FillStyle);
-    line.comma();
-    line.number(puck.FillColor);
+    line.values({static_cast<double>(puck.Shape), static_cast<double>(puck.FillStyle),
+                 static_cast<double>(puck.FillColor)});
     line.close();
     line.key("move").numbers({g.XMove, g.YMove, g.Increment});
     line.key("paddle").numbers({g.PaddleEdgeX1, g.PaddleEdgeY1, g.PaddleEdgeX2, g.PaddleWidth});

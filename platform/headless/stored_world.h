@@ -1,0 +1,78 @@
+// Parts of the world made of plain values, for the game without windows (the headless tool,
+// the benchmark and the rules' tests): a settings store in memory, placed windows that only
+// remember what they are told, and a clock that moves only while the game waits.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "game/frame.h"
+#include "game/world.h"
+
+namespace quillop {
+
+struct MemorySettings : SettingsStore {
+    std::map<std::string, std::string> values;  // "Section/Key"
+    std::vector<std::string> writes;            // "Section/Key=value", in order
+    std::string read(const std::string& section, const std::string& key,
+                     const std::string& fallback) override {
+        const auto it = values.find(section + "/" + key);
+        return it == values.end() ? fallback : it->second;
+    }
+    void write(const std::string& section, const std::string& key, const std::string& value) override {
+        values[section + "/" + key] = value;
+        writes.push_back(section + "/" + key + "=" + value);
+    }
+};
+
+// The placement and state of a window, in twips. A change of size or state calls
+// resized(), where a real window would raise its resize event; by default nothing happens.
+template <class Window>
+struct StoredPlacement : Window {
+    float topT = 0, leftT = 0, heightT = 0, widthT = 0;
+    int state = 0;
+    float top() override { return topT; }
+    float left() override { return leftT; }
+    float height() override { return heightT; }
+    float width() override { return widthT; }
+    int windowState() override { return state; }
+    void setTop(float v) override { topT = v; }
+    void setLeft(float v) override { leftT = v; }
+    void setHeight(float v) override { heightT = v, resized(); }
+    void setWidth(float v) override { widthT = v, resized(); }
+    void setWindowState(int s) override { state = s, resized(); }
+    virtual void resized() {}
+};
+
+// A playfield whose inner area is whatever its owner says (440 x 300 pixels unless told).
+struct StoredPlayfield : StoredPlacement<PlayfieldWindow> {
+    float innerWidth = 440, innerHeight = 300;
+    std::string caption;
+    float scaleWidth() override { return innerWidth; }
+    float scaleHeight() override { return innerHeight; }
+    void setCaption(const std::string& t) override { caption = t; }
+};
+
+struct StoredFrame : StoredPlacement<FrameWindow> {
+    float scorePanelWidth = 0;
+    void setScorePanelWidth(float v) override { scorePanelWidth = v; }
+};
+
+// Seconds since midnight that move 1/64 s each time the game processes events, so the
+// explosion's wait ends after a pass and nothing else happens during it.
+struct SteppingClock : Clock, EventPump {
+    double now = 0;
+    std::uint32_t seed = 0;
+    int pumps = 0;
+    double secondsSinceMidnight() override { return now; }
+    std::uint32_t randomSeed() override { return seed; }
+    void processPendingEvents() override {
+        ++pumps;
+        now += 1.0 / 64;
+        if (now >= 86400) now -= 86400;
+    }
+};
+
+}  // namespace quillop
