@@ -1,12 +1,9 @@
 // Quillop: the windowed program.
 #include <QApplication>
-#include <QIcon>
-#include <QPixmap>
 
-#include "platform/qt/picture_set.h"
 #include "shell/command_line.h"
+#include "shell/desktop_identity.h"
 #include "shell/quillop_app.h"
-#include "shell/version.h"
 
 int main(int argc, char** argv) {
     quillop::startupMark("main");
@@ -21,20 +18,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     quillop::startupMark("application");
     if (const auto status = quillop::answerCommandLine(QApplication::arguments(), true)) return *status;
-    // The application name is the X11 window class; the desktop file name the Wayland app
-    // id. Both are the id of the desktop entry, so docks show the game's own icon. (The
-    // settings file has its own fixed name.)
-    QApplication::setApplicationName(QString::fromLatin1(quillop::kAppId));
-    QApplication::setDesktopFileName(QString::fromLatin1(quillop::kAppId));
-    QApplication::setOrganizationName(QStringLiteral("Quillop"));
-    QApplication::setApplicationVersion(QString::fromLatin1(quillop::kVersion));
-    // The frame's icon, taken over by every window that loads after it.
-    // Built from the two pictures directly: a QIcon given the file names would have Qt load
-    // every image plugin to find the one that reads them.
-    QIcon icon;
-    for (const char* path : {":/icons/quillop_32.xpm", ":/icons/quillop_16.xpm"})
-        icon.addPixmap(QPixmap::fromImage(quillop::readXpm(QString::fromLatin1(path))));
-    QApplication::setWindowIcon(icon);
+    quillop::takeDesktopIdentity();
     // Closing the about box must not end the program; only the frame's unload does.
     QApplication::setQuitOnLastWindowClosed(false);
     quillop::QuillopApp quillop;
