@@ -24,7 +24,7 @@ def run(*args, **env):
     clean = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "WAYLAND_DISPLAY")}
     clean["QT_QPA_PLATFORM"] = "xcb"
     clean.update(env)
-    return subprocess.run([game, *args], env=clean, capture_output=True, text=True, timeout=20)
+    return subprocess.run([game, *args], env=clean, capture_output=True, text=True, timeout=10)
 
 
 def help_options(text):

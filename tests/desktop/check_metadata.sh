@@ -27,4 +27,7 @@ check "desktop file named by the id" test "$(basename "$desktop")" = "$id.deskto
 check "desktop entry's icon is the id" grep -qx "Icon=$id" "$desktop"
 check "metainfo launches $id.desktop" grep -q "<launchable type=\"desktop-id\">$id.desktop</launchable>" "$metainfo"
 check "metainfo's newest release is $version" grep -q "<release version=\"$version\"" "$metainfo"
+# the screenshot the software centres show is a file of this tree
+shot=$(sed -n 's|.*<image>[^<]*/main/\([^<]*\)</image>.*|\1|p' "$metainfo")
+check "metainfo's screenshot ${shot:-(none)} is in the tree" test -n "$shot" -a -f "$(dirname "$desktop")/../$shot"
 exit $((fails > 0))
