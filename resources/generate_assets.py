@@ -5,6 +5,7 @@ Writes, next to this script:
   sprites/<name>.xpm      the playfield's sprite pictures and their black erasers
   sprites/help_imgPaddle.xpm   the help window's 32 x 4 paddle bitmap
   icons/quillop_32.xpm, icons/quillop_16.xpm, icons/quillop.svg   the program icon
+  icons/quillop_16.png, _32.png, _48.png                          the icon for the desktop's theme
   about.xpm               the about box picture (139 x 214)
   queen.svg               the high-score dialog's vector Queen (3172 x 2697 units)
   sounds/<event>.wav      the fourteen event sounds and default.wav
@@ -19,6 +20,7 @@ import os
 import struct
 import sys
 import wave
+import zlib
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -681,6 +683,19 @@ def xpm(name, pic):
     return ("\n".join(out) + "\n").encode("ascii")
 
 
+def png(pic):
+    """RGBA PNG, transparent where the picture is blank; byte for byte the same every run."""
+    w, h = size_of(pic)
+    raw = b"".join(b"\0" + bytes(v for px in row for v in ((*px, 255) if px else (0, 0, 0, 0)))
+                   for row in pic)
+
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", w, h, 8, 6, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(raw, 9)) + chunk(b"IEND", b""))
+
+
 def icon_svg():
     return """<?xml version="1.0" encoding="UTF-8"?>
 <svg xmlns="http://www.w3.org/2000/svg" width="128" height="128" viewBox="0 0 32 32">
@@ -939,6 +954,9 @@ def build():
     files["icons/quillop_32.xpm"] = xpm("quillop_32", program_icon(32))
     files["icons/quillop_16.xpm"] = xpm("quillop_16", program_icon(16))
     files["icons/quillop.svg"] = icon_svg()
+    # the desktop's copies of the icon, for its icon theme
+    for size in (16, 32, 48):
+        files["icons/quillop_%d.png" % size] = png(program_icon(size))
     files["about.xpm"] = xpm("about", about_picture(sprites))
     files["queen.svg"] = queen_svg()
     for name, data in sounds().items():

@@ -6,14 +6,9 @@
 
 #include "resources/assets.h"
 #include "shell/classic.h"
+#include "shell/version.h"
 
 namespace quillop {
-namespace {
-
-constexpr int kMajor = 2, kMinor = 0, kRevision = 0;
-const char* const kTitle = "Quillop";
-
-}  // namespace
 
 FrmAbout::FrmAbout(QWidget* parent, const std::function<void()>& playSound) : QDialog(parent) {
     setObjectName(QStringLiteral("frmAbout"));
@@ -35,8 +30,8 @@ FrmAbout::FrmAbout(QWidget* parent, const std::function<void()>& playSound) : QD
     lblTitle = classicLabel(this, QString(), twipsRect(2520, 360, 1845, 360), black, classicFont(18), true);
     lblVersion = classicLabel(this, QString(), twipsRect(2640, 840, 1605, 225), black, classicFont(8), true);
     lblDisclaimer = classicLabel(this,
-                                 QStringLiteral("A mindless video game. Free to play, with no warranty "
-                                                "of any kind."),
+                                 QStringLiteral("Free software under the GNU GPL, version 3 or later. "
+                                                "No warranty."),
                                  twipsRect(2520, 1320, 1695, 1065), black, classicFont(8), true);
     lblDisclaimer->setWordWrap(true);
     cmdOK = new QPushButton(QStringLiteral("OK"), this);
@@ -52,7 +47,7 @@ FrmAbout::FrmAbout(QWidget* parent, const std::function<void()>& playSound) : QD
 
     // Load, in order: caption, version, title, icon (the application's), sound.
     setWindowTitle(QStringLiteral("About ") + QString::fromLatin1(kTitle));
-    lblVersion->setText(QStringLiteral("Version %1.%2.%3").arg(kMajor).arg(kMinor).arg(kRevision));
+    lblVersion->setText(QStringLiteral("Version %1.%2.%3").arg(kVersionMajor).arg(kVersionMinor).arg(kVersionRevision));
     lblTitle->setText(QString::fromLatin1(kTitle));
     if (playSound) playSound();
 }

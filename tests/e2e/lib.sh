@@ -29,12 +29,13 @@ check() { # check "description" command...
     if "$@"; then pass "$what"; else fail "$what"; fi
 }
 
-# e2e_init NAME GAME_BINARY [ARTIFACTS_DIR]
+# e2e_init NAME GAME_BINARY [ARTIFACTS_DIR]   (artefacts by default in the game's build
+# folder, see e2e_default_artifacts)
 e2e_init() {
     E2E_NAME=$1
     GAME_BIN=$(readlink -f "$2")
     [ -x "$GAME_BIN" ] || die "no executable at $2"
-    ART=${3:-/work/main/artifacts}/$E2E_NAME
+    ART=${3:-$(e2e_default_artifacts)}/$E2E_NAME
     mkdir -p "$ART"
     rm -f "$ART"/*.png "$ART"/*.log "$ART"/*.conf 2>/dev/null || true
     WORK=$(mktemp -d "/tmp/quillop-e2e-$E2E_NAME.XXXXXX")
@@ -262,4 +263,15 @@ conf_is() { # conf_is SECTION KEY VALUE
 near() { # near VALUE EXPECTED TOLERANCE
     $PYTHON -c 'import sys; v,e,t=map(float,sys.argv[1:]); sys.exit(0 if abs(v-e)<=t else 1)' "$1" "$2" "$3" \
         || { log "  $1 is not within $3 of $2"; return 1; }
+}
+
+# The e2e-artifacts folder of the build folder that holds the game (the nearest folder
+# above it with a CMakeCache.txt), where CTest keeps them too; beside the game if it was
+# not built by CMake.
+e2e_default_artifacts() {
+    local dir
+    dir=$(dirname "$GAME_BIN")
+    while [ "$dir" != / ] && [ ! -f "$dir/CMakeCache.txt" ]; do dir=$(dirname "$dir"); done
+    [ "$dir" = / ] && dir=$(dirname "$GAME_BIN")
+    echo "$dir/e2e-artifacts"
 }

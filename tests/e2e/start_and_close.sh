@@ -68,6 +68,9 @@ wm_state() { xprop -id "$FRAME" _NET_WM_STATE; }
 start_frame
 check "first start: caption is '$CAPTION'" wait_caption
 check "first start: frame at 300,300 twips, 7000x6000" frame_like 300 300 7000 6000
+# the window class names the desktop entry, so the desktop shows the game's icon
+check "first start: WM_CLASS is Quillop2, io.github.quillop.Quillop" \
+    grep -qx 'WM_CLASS(STRING) = "Quillop2", "io.github.quillop.Quillop"' <(xprop -id "$FRAME" WM_CLASS)
 e2e_shot 1-first-start >/dev/null
 close_frame "first start"
 check "settings file written" conf_file

@@ -121,6 +121,12 @@ private slots:
         QCOMPARE(about->windowTitle(), QStringLiteral("About Quillop"));
         QCOMPARE(about->lblTitle->text(), QStringLiteral("Quillop"));
         QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 2.0.0"));
+        // The licence notice, whole inside its box.
+        const QLabel* notice = about->lblDisclaimer;
+        QVERIFY(notice->text().contains(QStringLiteral("GPL, version 3 or later")));
+        QVERIFY2(notice->contentsRect().contains(notice->fontMetrics().boundingRect(
+                     notice->contentsRect(), int(notice->alignment()) | Qt::TextWordWrap, notice->text())),
+                 qPrintable(notice->text()));
         QCOMPARE(about->cmdSysInfo->text(), QStringLiteral("&System Info..."));
         QCOMPARE(nextTab(about->cmdOK), about->cmdSysInfo);
         QVERIFY(about->cmdOK->isDefault());

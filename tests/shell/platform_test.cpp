@@ -14,6 +14,7 @@
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"
+#include "shell/desktop_identity.h"
 #include "shell_rig.h"
 
 using namespace quillop;
@@ -94,6 +95,16 @@ private slots:
         // Plain text in the file, not a typed value.
         QSettings raw(again.fileName(), QSettings::IniFormat);
         QCOMPARE(raw.value("MDI/Width").typeId(), QMetaType::QString);
+    }
+
+    // The window class and the app id name the desktop entry that is installed; the
+    // settings file stays where the players' best scores already are.
+    void desktopIdentityNamesTheEntryAndKeepsTheSettings() {
+        takeDesktopIdentity();
+        const QString id = QGuiApplication::desktopFileName();
+        QVERIFY(QFile::exists(QStringLiteral(QUILLOP_SOURCE_DIR "/resources/") + id + QStringLiteral(".desktop")));
+        QCOMPARE(QCoreApplication::applicationName(), id);
+        QVERIFY(QtSettingsStore().fileName().endsWith(QStringLiteral("/.config/Quillop/Quillop.conf")));
     }
 
     void handEditedValuesFallBack() {
