@@ -7,6 +7,7 @@ namespace quillop {
 void Gorvane::Timester(double pausetime) {
     constexpr double kDay = 86400;
     for (int pass = 1; pass <= 2; ++pass) {
+        pump_.waitBegins();
         const float start = static_cast<float>(clock_.secondsSinceMidnight());
         // The clock restarts at midnight; a reading below the start means the day turned,
         // and without this the wait would never end.

@@ -58,6 +58,10 @@ class EventPump {
 public:
     virtual ~EventPump() = default;
     virtual void processPendingEvents() = 0;
+    // Each pass of a game's wait begins with this, before its first pump. A recorded game
+    // numbers the events that came during a tick's waits by these passes, which is what
+    // makes them replay at the same point whatever the speed of the machine.
+    virtual void waitBegins() {}
 };
 
 // A window the rules place: its placement in its parent (twips) and its window state

@@ -259,6 +259,12 @@ def case_badinput():
         ("resize 10 -1\n", 1, "resize"),
         ("Move 1 2\n", 1, "unknown command"),
         ("move +.5 -.5\ntick 3\nplay 1\n", 3, "play"),
+        ("during 0 move 1 1\n", 1, "wait number"),
+        ("during 2 tick 1\n", 1, "during a wait"),
+        ("during 2 during 2 move 1 1\n", 1, "during a wait"),
+        ("during 3 move 1 1\nduring 2 move 1 1\n", 2, "comes after"),
+        ("answer maybe\n", 1, "answer"),
+        ("expect 1 2\n", 1, "expect"),
     ]
     for text, line, word in cases:
         rc, out, err = run(["-"], stdin=text.encode())
@@ -272,7 +278,32 @@ def case_badinput():
     check(rc == 0 and len(out.splitlines()) == 3, "CRLF scenario: %d %r" % (rc, err))
 
 
-CASES = {"game": case_game, "highscore": case_highscore, "commands": case_commands,
+def case_recorded():
+    """What a game recorded in the window adds: events inside the explosion's waits, a question
+    left open while ticks run, and checks of where the game got to."""
+    start = "seed 3\nmove 220 280\nplay\ntick 12\n"   # the 13th tick loses the puck
+    rc, out, err = run(["-"], stdin=(start + "during 5 move 100 250\ntick 2\n").encode())
+    lines = [json.loads(l) for l in out.decode().splitlines()]
+    check(rc == 0 and lines[12]["dead"] and lines[12]["paddle"][0] == 84 and lines[11]["paddle"][0] == 204,
+          "a move during the explosion's wait shows in that tick: %d %r" % (rc, err))
+    asked = start + "newgame ask\ntick 3\nanswer no\ntick 1\n%snewgame ask\ntick 1\nanswer yes\ntick 5\n"
+    rc, out, err = run(["-"], stdin=(asked % "").encode())
+    lines = [json.loads(l) for l in out.decode().splitlines()]
+    check(rc == 0 and [l["t"] for l in lines] == list(range(1, 18)) and not lines[16]["gameover"],
+          "ticks run while the question is open, none after Yes: %d %r" % (rc, err))
+    expect = "expect 16 %d %d\n" % (lines[15]["score"], lines[15]["draws"])
+    check(run(["-"], stdin=(asked % expect).encode())[0] == 0, "expect at the state of tick 16 passes")
+    for text, line, word in [
+            (start + "during 25 move 1 1\ntick 1\n", 5, "only 24 waits"),
+            (start + "during 2 move 1 1\n", 5, "no tick follows"),
+            (start + "newgame ask\ntick 2\n", 5, "no answer"),
+            (start + "answer yes\n", 5, "no question"),
+            (asked % expect.replace("expect 16", "expect 15"), 9, "expected 15")]:
+        rc, out, err = run(["-"], stdin=text.encode())
+        check(rc == 4 and err.startswith("line %d: " % line) and word in err, "%r: %d %r" % (text[-40:], rc, err))
+
+
+CASES = {"recorded": case_recorded, "game": case_game, "highscore": case_highscore, "commands": case_commands,
          "snapshot": case_snapshot, "badinput": case_badinput}
 
 if __name__ == "__main__":

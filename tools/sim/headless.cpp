@@ -39,7 +39,7 @@ HeadlessGame::HeadlessGame(const GameSetup& setup, SurfaceKind surface) {
         drawTo = image_.get();
     }
     program_ = std::make_unique<Program>(
-        ProgramWorld{sound_, host_, settings_, *drawTo, playfieldWindow_, frameWindow_, clock_, clock_});
+        ProgramWorld{sound_, host_, settings_, *drawTo, playfieldWindow_, frameWindow_, clock_, pump_});
     host_.dialog = &program_->highscore;
 
     program_->frame.Form_Load();
@@ -78,6 +78,13 @@ void HeadlessGame::drop() {
 void HeadlessGame::newGame(bool answerYes) {
     if (blockedByHelp()) return;
     host_.answer = answerYes;
+    auto answerer = std::exchange(host_.answerer, nullptr);
+    program_->frame.mnuNewGame_Click();
+    host_.answerer = std::move(answerer);
+}
+
+void HeadlessGame::askNewGame() {
+    if (blockedByHelp()) return;
     program_->frame.mnuNewGame_Click();
 }
 
@@ -119,6 +126,7 @@ void HeadlessGame::resize(double width, double height) {
 bool HeadlessGame::tick() {
     Gorvane& g = playfield();
     if (g.Timer1.Enabled == kFalse) return false;
+    pump_.waits = 0;
     g.Timer1_Timer();
     ++ticks_;
     return true;

@@ -11,9 +11,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "game/program.h"
 #include "game/world.h"
@@ -42,6 +44,7 @@ struct NullSurface : Surface {
 struct HeadlessHost : Host {
     std::string frameCaption, scoreLabel, levelLabel, livesLabel;
     bool answer = true;
+    std::function<bool()> answerer;  // while set, asked instead of `answer`
     std::string typedName;
     int highscoreDialogs = 0;
     HighscoreEntry* dialog = nullptr;
@@ -50,7 +53,26 @@ struct HeadlessHost : Host {
     void setLivesLabel(const std::string& t) override { livesLabel = t; }
     void setFrameCaption(const std::string& t) override { frameCaption = t; }
     void showHighscoreDialog() override;
-    bool askYesNo(const std::string&) override { return answer; }
+    bool askYesNo(const std::string&) override { return answerer ? answerer() : answer; }
+};
+
+// The pump of the game's waits: the clock steps on every pump, and at the first pump of each
+// wait the events a recording placed in that wait happen.
+struct WaitPump : EventPump {
+    explicit WaitPump(SteppingClock& c) : clock(c) {}
+    SteppingClock& clock;
+    int waits = 0;  // waits begun in the current tick
+    bool fresh = false;
+    std::function<void(int wait)> onWait;
+    void waitBegins() override {
+        ++waits;
+        fresh = true;
+    }
+    void processPendingEvents() override {
+        clock.processPendingEvents();
+        if (!std::exchange(fresh, false) || !onWait) return;
+        onWait(waits);
+    }
 };
 
 struct GameSetup {
@@ -75,12 +97,20 @@ public:
     void play();
     void drop();
     void newGame(bool answerYes);
+    // New Game whose question, if it comes, is answered by the question answerer.
+    void askNewGame();
     void help();
     void closeHelp();
     void minimize();
     void restore();
     void resize(double width, double height);
     void setName(const std::string& name) { host_.typedName = name; }
+    // Where the Yes/No question gets its answer when no command gave one beforehand.
+    void setQuestionAnswerer(std::function<bool()> answerer) { host_.answerer = std::move(answerer); }
+    // Called with the wait's number at the first pump of every wait inside a tick.
+    void setWaitListener(std::function<void(int)> listener) { pump_.onWait = std::move(listener); }
+    // The waits the last tick went through.
+    int waitsInLastTick() const { return pump_.waits; }
     // One timer event: true if the timer was enabled and a tick ran.
     bool tick();
 
@@ -104,6 +134,7 @@ private:
     StoredPlayfield playfieldWindow_;
     StoredFrame frameWindow_;
     SteppingClock clock_;
+    WaitPump pump_{clock_};
     NullSurface null_;
     std::unique_ptr<PictureSet> pictures_;
     std::unique_ptr<ImageSurface> image_;

@@ -86,9 +86,131 @@ bool Scenario::wantsSnapshots() const {
     return false;
 }
 
+namespace {
+
+// The command word and what follows it, from `from` on (leading blanks skipped).
+void splitCommand(const std::string& raw, std::size_t from, std::string& cmd, std::string& rest) {
+    std::size_t k = from;
+    while (k < raw.size() && isBlank(raw[k])) ++k;
+    std::size_t wordEnd = k;
+    while (wordEnd < raw.size() && !isBlank(raw[wordEnd])) ++wordEnd;
+    cmd = raw.substr(k, wordEnd - k);
+    rest = raw.substr(wordEnd);
+}
+
+bool isSetUp(const std::string& cmd) {
+    return cmd == "size" || cmd == "seed" || cmd == "highscore" || cmd == "highscorer";
+}
+
+void parseSetUp(int line, const std::string& cmd, const std::string& rest, Scenario& scenario) {
+    const std::string verbatim = rest.empty() ? std::string() : rest.substr(1);
+    const std::vector<std::string> args = splitWords(rest);
+    if (cmd == "size") {
+        positivePair(line, cmd, args, scenario.width, scenario.height);
+    } else if (cmd == "seed") {
+        expectCount(line, cmd, args, 1, "1 number");
+        scenario.seed = static_cast<std::uint32_t>(wholeNumber(line, cmd, args[0], 16777215));
+    } else if (cmd == "highscore") {
+        expectCount(line, cmd, args, 1, "1 number");
+        number(line, args[0]);
+        scenario.highscoreText = args[0];
+    } else {
+        scenario.highscorer = verbatim;
+    }
+}
+
+Op yesNo(int line, const std::string& cmd, const std::vector<std::string>& args, Op yes, Op no) {
+    if (args.size() != 1 || (args[0] != "yes" && args[0] != "no")) fail(line, cmd + " needs exactly 'yes' or 'no'");
+    return args[0] == "yes" ? yes : no;
+}
+
+Command parseCommand(int line, const std::string& cmd, const std::string& rest) {
+    // Text arguments: everything after the one blank that ends the command word.
+    const std::string verbatim = rest.empty() ? std::string() : rest.substr(1);
+    const std::vector<std::string> args = splitWords(rest);
+    Command c{Op::Play, line, 0, 0, 0, {}, 0};
+    if (cmd == "name") {
+        c.op = Op::Name;
+        c.text = verbatim;
+    } else if (cmd == "move" || cmd == "press") {
+        c.op = cmd == "move" ? Op::Move : Op::Press;
+        expectCount(line, cmd, args, 2, "2 numbers (X Y)");
+        c.x = number(line, args[0]);
+        c.y = number(line, args[1]);
+    } else if (cmd == "play" || cmd == "drop" || cmd == "help" || cmd == "closehelp" || cmd == "minimize" ||
+               cmd == "restore") {
+        expectCount(line, cmd, args, 0, "");
+        c.op = cmd == "play"        ? Op::Play
+               : cmd == "drop"      ? Op::Drop
+               : cmd == "help"      ? Op::Help
+               : cmd == "closehelp" ? Op::CloseHelp
+               : cmd == "minimize"  ? Op::Minimize
+                                    : Op::Restore;
+    } else if (cmd == "newgame") {
+        if (args.size() == 1 && args[0] == "ask") {
+            c.op = Op::NewGameAsk;
+        } else {
+            if (args.size() != 1 || (args[0] != "yes" && args[0] != "no"))
+                fail(line, "newgame needs exactly 'yes', 'no' or 'ask'");
+            c.op = args[0] == "yes" ? Op::NewGameYes : Op::NewGameNo;
+        }
+    } else if (cmd == "answer") {
+        c.op = yesNo(line, cmd, args, Op::AnswerYes, Op::AnswerNo);
+    } else if (cmd == "resize") {
+        c.op = Op::Resize;
+        positivePair(line, cmd, args, c.x, c.y);
+    } else if (cmd == "tick") {
+        c.op = Op::Tick;
+        expectCount(line, cmd, args, 1, "1 number");
+        c.count = wholeNumber(line, cmd, args[0], 9007199254740992.0);
+    } else if (cmd == "expect") {
+        c.op = Op::Expect;
+        expectCount(line, cmd, args, 3, "3 numbers (TICKS SCORE DRAWS)");
+        c.count = wholeNumber(line, cmd, args[0], 9007199254740992.0);
+        c.x = number(line, args[1]);
+        c.y = static_cast<double>(wholeNumber(line, cmd, args[2], 9007199254740992.0));
+    } else if (cmd == "snapshot") {
+        c.op = Op::Snapshot;
+        const std::size_t first = rest.find_first_not_of(" \t");
+        if (first == std::string::npos) fail(line, "snapshot needs a file name");
+        c.text = rest.substr(first, rest.find_last_not_of(" \t") - first + 1);
+    } else {
+        fail(line, "unknown command '" + cmd + "'");
+    }
+    return c;
+}
+
+// What can happen while the game waits: the player's input and the window's commands, never
+// a timer event (a tick does not start inside another) nor a question left open.
+bool canComeDuringWait(Op op) {
+    return op != Op::Tick && op != Op::Snapshot && op != Op::NewGameAsk && op != Op::AnswerYes &&
+           op != Op::AnswerNo && op != Op::Expect;
+}
+
+// `during P COMMAND ...`
+Command parseDuring(int line, const std::string& raw, std::size_t from, int lastWait) {
+    std::string pass, rest;
+    splitCommand(raw, from, pass, rest);
+    if (pass.empty()) fail(line, "during needs a wait number and a command");
+    const int wait = static_cast<int>(wholeNumber(line, "during", pass, 1000000));
+    if (wait < 1) fail(line, "during needs a wait number from 1");
+    if (wait < lastWait) fail(line, "during " + pass + " comes after during " + std::to_string(lastWait));
+    std::string cmd, args;
+    splitCommand(rest, 0, cmd, args);
+    if (cmd.empty()) fail(line, "during needs a command after the wait number");
+    if (cmd == "during" || isSetUp(cmd)) fail(line, cmd + " cannot come during a wait");
+    Command c = parseCommand(line, cmd, args);
+    if (!canComeDuringWait(c.op)) fail(line, cmd + " cannot come during a wait");
+    c.wait = wait;
+    return c;
+}
+
+}  // namespace
+
 Scenario parseScenario(const std::string& text) {
     Scenario scenario;
     bool started = false;  // a command other than set-up has been seen
+    int lastWait = 0;      // of the `during` lines just before
     int line = 0;
     std::size_t pos = 0;
     while (pos < text.size()) {
@@ -99,73 +221,22 @@ Scenario parseScenario(const std::string& text) {
         ++line;
         if (!raw.empty() && raw.back() == '\r') raw.pop_back();
 
-        std::size_t k = 0;
-        while (k < raw.size() && isBlank(raw[k])) ++k;
-        if (k == raw.size() || raw[k] == '#') continue;
-        std::size_t wordEnd = k;
-        while (wordEnd < raw.size() && !isBlank(raw[wordEnd])) ++wordEnd;
-        const std::string cmd = raw.substr(k, wordEnd - k);
-        const std::string rest = raw.substr(wordEnd);
-        // Text arguments: everything after the one blank that ends the command word.
-        const std::string verbatim = rest.empty() ? std::string() : rest.substr(1);
-        const std::vector<std::string> args = splitWords(rest);
-
-        const bool setUp = cmd == "size" || cmd == "seed" || cmd == "highscore" || cmd == "highscorer";
-        if (setUp && started) fail(line, cmd + " is a set-up command and must come before every other command");
-
-        Command c{Op::Play, line, 0, 0, 0, {}};
-        if (cmd == "size") {
-            positivePair(line, cmd, args, scenario.width, scenario.height);
+        std::string cmd, rest;
+        splitCommand(raw, 0, cmd, rest);
+        if (cmd.empty() || cmd[0] == '#') continue;
+        if (isSetUp(cmd)) {
+            if (started) fail(line, cmd + " is a set-up command and must come before every other command");
+            parseSetUp(line, cmd, rest, scenario);
             continue;
-        } else if (cmd == "seed") {
-            expectCount(line, cmd, args, 1, "1 number");
-            scenario.seed = static_cast<std::uint32_t>(wholeNumber(line, cmd, args[0], 16777215));
-            continue;
-        } else if (cmd == "highscore") {
-            expectCount(line, cmd, args, 1, "1 number");
-            number(line, args[0]);
-            scenario.highscoreText = args[0];
-            continue;
-        } else if (cmd == "highscorer") {
-            scenario.highscorer = verbatim;
-            continue;
-        } else if (cmd == "name") {
-            c.op = Op::Name;
-            c.text = verbatim;
-        } else if (cmd == "move" || cmd == "press") {
-            c.op = cmd == "move" ? Op::Move : Op::Press;
-            expectCount(line, cmd, args, 2, "2 numbers (X Y)");
-            c.x = number(line, args[0]);
-            c.y = number(line, args[1]);
-        } else if (cmd == "play" || cmd == "drop" || cmd == "help" || cmd == "closehelp" || cmd == "minimize" ||
-                   cmd == "restore") {
-            expectCount(line, cmd, args, 0, "");
-            c.op = cmd == "play"      ? Op::Play
-                   : cmd == "drop"    ? Op::Drop
-                   : cmd == "help"    ? Op::Help
-                   : cmd == "closehelp" ? Op::CloseHelp
-                   : cmd == "minimize"  ? Op::Minimize
-                                        : Op::Restore;
-        } else if (cmd == "newgame") {
-            if (args.size() != 1 || (args[0] != "yes" && args[0] != "no")) fail(line, "newgame needs exactly 'yes' or 'no'");
-            c.op = args[0] == "yes" ? Op::NewGameYes : Op::NewGameNo;
-        } else if (cmd == "resize") {
-            c.op = Op::Resize;
-            positivePair(line, cmd, args, c.x, c.y);
-        } else if (cmd == "tick") {
-            c.op = Op::Tick;
-            expectCount(line, cmd, args, 1, "1 number");
-            c.count = wholeNumber(line, cmd, args[0], 9007199254740992.0);
-        } else if (cmd == "snapshot") {
-            c.op = Op::Snapshot;
-            const std::size_t first = rest.find_first_not_of(" \t");
-            if (first == std::string::npos) fail(line, "snapshot needs a file name");
-            c.text = rest.substr(first, rest.find_last_not_of(" \t") - first + 1);
-        } else {
-            fail(line, "unknown command '" + cmd + "'");
         }
         started = true;
-        scenario.commands.push_back(std::move(c));
+        if (cmd == "during") {
+            scenario.commands.push_back(parseDuring(line, rest, 0, lastWait));
+            lastWait = scenario.commands.back().wait;
+            continue;
+        }
+        lastWait = 0;
+        scenario.commands.push_back(parseCommand(line, cmd, rest));
     }
     return scenario;
 }

@@ -11,15 +11,21 @@ namespace quillop::sim {
 
 enum class Op {
     Name, Move, Press, Play, Drop, NewGameYes, NewGameNo, Help, CloseHelp, Minimize, Restore,
-    Resize, Tick, Snapshot
+    Resize, Tick, Snapshot,
+    // What a game recorded in the window needs beyond these: the question left open while
+    // ticks run (`newgame ask` ... `answer yes`), and a check of where the game got to.
+    NewGameAsk, AnswerYes, AnswerNo, Expect
 };
 
 struct Command {
     Op op;
     int line = 0;
-    double x = 0, y = 0;      // move, press, resize
-    std::uint64_t count = 0;  // tick
+    double x = 0, y = 0;      // move, press, resize; expect: score, draws
+    std::uint64_t count = 0;  // tick; expect: ticks run
     std::string text;         // name, snapshot
+    // `during P ...`: the command comes in the P-th wait of the next tick that runs (0: not
+    // during a wait).
+    int wait = 0;
 };
 
 struct Scenario {

@@ -95,12 +95,12 @@ private:
 
 }  // namespace
 
-void appendTraceLine(std::string& out, HeadlessGame& game) {
-    Gorvane& g = game.playfield();
-    const ModQuillop& mod = game.program().mod;
+void appendTraceLine(std::string& out, Program& program, std::uint64_t ticksRun, const std::string& caption) {
+    Gorvane& g = program.gorvane();
+    const ModQuillop& mod = program.mod;
     const ShapeModel& puck = g.shapePuck;
     Line line(out);
-    line.key("t").number(static_cast<double>(game.ticksRun()));
+    line.key("t").number(static_cast<double>(ticksRun));
     line.key("score").number(mod.Score);
     line.key("level").number(g.Level);
     line.key("lives").number(g.Lives);
@@ -115,7 +115,7 @@ void appendTraceLine(std::string& out, HeadlessGame& game) {
     line.key("energized").flag(g.Energized);
     line.key("highscore").number(mod.Highscore);
     line.key("highscorer").text(mod.Highscorer);
-    line.key("caption").text(game.host().frameCaption);
+    line.key("caption").text(caption);
     line.key("timer").flag(g.Timer1.Enabled);
     line.key("puck").open();
     line.values({puck.Left, puck.Top, puck.Width, puck.Height});
