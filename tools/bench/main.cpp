@@ -51,7 +51,7 @@ Outcome playBusyGame(SurfaceKind kind, std::uint64_t ticks) {
         const double x = g.shapePuck.Left + g.shapePuck.Width / 2.0 + ((k / 97) % 3) * 6.0 - 6.0;
         game.move(x, h - 24.0);
         if (k % 41 == 0) game.press(x, 40.0);
-        game.tick();
+        game.timerEvent();
         // The window takes the changed areas about once a frame, every 16 one-millisecond ticks.
         if (image && k % 16 == 15) outcome.paintedRegions += image->takeDirtyRegion().rectCount();
         if (g.Level > outcome.bestLevel) outcome.bestLevel = g.Level;

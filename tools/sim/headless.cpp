@@ -4,6 +4,7 @@
 
 #include "platform/qt/image_surface.h"
 #include "platform/qt/picture_set.h"
+#include "tools/sim/snapshot.h"
 
 namespace quillop::sim {
 namespace {
@@ -123,13 +124,24 @@ void HeadlessGame::resize(double width, double height) {
     playfield().Form_Resize();
 }
 
-bool HeadlessGame::tick() {
+bool HeadlessGame::timerEvent() {
     Gorvane& g = playfield();
     if (g.Timer1.Enabled == kFalse) return false;
     pump_.waits = 0;
     g.Timer1_Timer();
     ++ticks_;
     return true;
+}
+
+}  // namespace quillop::sim
+
+namespace quillop::sim {
+
+void HeadlessGame::snapshot(const std::string& file) {
+    std::string error;
+    if (!image_) throw replay::SnapshotError{0, "cannot write snapshot " + file + ": no picture of the field"};
+    if (!writeSnapshot(image_->image(), playfield().shapePuck, file, error))
+        throw replay::SnapshotError{0, "cannot write snapshot " + file + ": " + error};
 }
 
 }  // namespace quillop::sim

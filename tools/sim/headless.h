@@ -20,6 +20,7 @@
 #include "game/program.h"
 #include "game/world.h"
 #include "platform/headless/stored_world.h"
+#include "replay/runner.h"
 
 namespace quillop {
 class PictureSet;
@@ -27,6 +28,8 @@ class ImageSurface;
 }  // namespace quillop
 
 namespace quillop::sim {
+
+using replay::ReplayTarget;
 
 struct SilentSound : SoundPlayer {
     void playSound(const std::string&) override {}
@@ -84,7 +87,7 @@ struct GameSetup {
 
 enum class SurfaceKind { Null, Image };
 
-class HeadlessGame {
+class HeadlessGame : public ReplayTarget {
 public:
     // Starts the program: frame load, the frame's first resize (which loads the playfield),
     // then the playfield's own resize.
@@ -92,31 +95,32 @@ public:
     ~HeadlessGame();
 
     // The player's commands. While the help window is open only tick, name and closehelp act.
-    void move(double x, double y);
-    void press(double x, double y);
-    void play();
-    void drop();
-    void newGame(bool answerYes);
+    void move(double x, double y) override;
+    void press(double x, double y) override;
+    void play() override;
+    void drop() override;
+    void newGame(bool answerYes) override;
     // New Game whose question, if it comes, is answered by the question answerer.
-    void askNewGame();
-    void help();
-    void closeHelp();
-    void minimize();
-    void restore();
-    void resize(double width, double height);
-    void setName(const std::string& name) { host_.typedName = name; }
+    void askNewGame() override;
+    void help() override;
+    void closeHelp() override;
+    void minimize() override;
+    void restore() override;
+    void resize(double width, double height) override;
+    void setName(const std::string& name) override { host_.typedName = name; }
     // Where the Yes/No question gets its answer when no command gave one beforehand.
-    void setQuestionAnswerer(std::function<bool()> answerer) { host_.answerer = std::move(answerer); }
+    void setQuestionAnswerer(std::function<bool()> answerer) override { host_.answerer = std::move(answerer); }
     // Called with the wait's number at the first pump of every wait inside a tick.
-    void setWaitListener(std::function<void(int)> listener) { pump_.onWait = std::move(listener); }
+    void setWaitListener(std::function<void(int)> listener) override { pump_.onWait = std::move(listener); }
     // The waits the last tick went through.
-    int waitsInLastTick() const { return pump_.waits; }
-    // One timer event: true if the timer was enabled and a tick ran.
-    bool tick();
+    int waitsInLastTick() const override { return pump_.waits; }
+    bool timerEvent() override;
+    // Writes the field as the player sees it; needs SurfaceKind::Image.
+    void snapshot(const std::string& file) override;
 
-    std::uint64_t ticksRun() const { return ticks_; }
+    std::uint64_t ticksRun() const override { return ticks_; }
     bool helpOpen() const { return helpOpen_; }
-    Program& program() { return *program_; }
+    Program& program() override { return *program_; }
     Gorvane& playfield() { return program_->gorvane(); }
     const HeadlessHost& host() const { return host_; }
     // Null unless built with SurfaceKind::Image.

@@ -4,13 +4,35 @@
 #include <string>
 
 #include "tools/sim/headless.h"
-#include "tools/sim/runner.h"
-#include "tools/sim/scenario.h"
+#include "replay/runner.h"
+#include "replay/scenario.h"
+#include "replay/trace.h"
 
 using namespace quillop;
 using namespace quillop::sim;
+using namespace quillop::replay;
 
 namespace {
+
+// Trace lines are gathered and written in large pieces: a long scenario writes gigabytes.
+class TraceOut {
+public:
+    TraceOut() { buffer_.reserve(kFlushAt + 4096); }
+    ~TraceOut() { flush(); }
+    std::string& buffer() { return buffer_; }
+    void lineDone() {
+        if (buffer_.size() >= kFlushAt) flush();
+    }
+    void flush() {
+        if (!buffer_.empty()) std::fwrite(buffer_.data(), 1, buffer_.size(), stdout);
+        buffer_.clear();
+        std::fflush(stdout);
+    }
+
+private:
+    static constexpr std::size_t kFlushAt = 1 << 20;
+    std::string buffer_;
+};
 
 int run(const Scenario& scenario) {
     GameSetup setup;
@@ -22,10 +44,14 @@ int run(const Scenario& scenario) {
     // Drawing costs time; only a scenario that takes pictures of the field pays for it.
     HeadlessGame game(setup, scenario.wantsSnapshots() ? SurfaceKind::Image : SurfaceKind::Null);
 
-    TraceOut out(stdout);
-    ScenarioRunner runner(scenario.commands, game, out);
+    TraceOut out;
+    ScenarioRunner runner(scenario.commands, game);
+    runner.afterTick = [&] {
+        appendTraceLine(out.buffer(), game.program(), game.ticksRun(), game.host().frameCaption);
+        out.lineDone();
+    };
     try {
-        runner.run();
+        runner.runAll();
     } catch (const SnapshotError& e) {
         out.flush();
         std::fprintf(stderr, "line %d: %s\n", e.line, e.message.c_str());

@@ -1,11 +1,11 @@
-#include "tools/sim/trace.h"
+#include "replay/trace.h"
 
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <initializer_list>
 
-namespace quillop::sim {
+namespace quillop::replay {
 namespace {
 
 class Line {
@@ -143,4 +143,4 @@ void appendTraceLine(std::string& out, Program& program, std::uint64_t ticksRun,
     line.key("draws").number(static_cast<double>(g.rnd().draws()));
 }
 
-}  // namespace quillop::sim
+}  // namespace quillop::replay

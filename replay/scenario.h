@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace quillop::sim {
+namespace quillop::replay {
 
 enum class Op {
     Name, Move, Press, Play, Drop, NewGameYes, NewGameNo, Help, CloseHelp, Minimize, Restore,
@@ -47,4 +47,4 @@ Scenario parseScenario(const std::string& text);
 // `path` "-" reads standard input. Throws ScenarioError.
 std::string readScenarioFile(const std::string& path);
 
-}  // namespace quillop::sim
+}  // namespace quillop::replay

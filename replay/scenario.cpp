@@ -1,4 +1,4 @@
-#include "tools/sim/scenario.h"
+#include "replay/scenario.h"
 
 #include <cerrno>
 #include <charconv>
@@ -9,7 +9,7 @@
 #include <iterator>
 #include <sstream>
 
-namespace quillop::sim {
+namespace quillop::replay {
 namespace {
 
 [[noreturn]] void fail(int line, const std::string& what) {
@@ -261,4 +261,4 @@ std::string readScenarioFile(const std::string& path) {
     return text;
 }
 
-}  // namespace quillop::sim
+}  // namespace quillop::replay

@@ -6,10 +6,10 @@
 
 #include "game/program.h"
 
-namespace quillop::sim {
+namespace quillop::replay {
 
 // Appends the line, newline included, to `out`: the state after tick number `ticksRun`, with
 // the frame's title as the window shows it.
 void appendTraceLine(std::string& out, Program& program, std::uint64_t ticksRun, const std::string& caption);
 
-}  // namespace quillop::sim
+}  // namespace quillop::replay
