@@ -1,5 +1,7 @@
 #include "shell/frm_gorvane.h"
 
+#include "replay/recorder.h"
+
 #include <algorithm>
 
 #include <QFontMetrics>
@@ -117,13 +119,17 @@ protected:
     }
     void mouseMoveEvent(QMouseEvent* event) override {
         if (Gorvane* game = owner_.game()) {
-            game->Form_MouseMove(static_cast<float>(event->position().x()), static_cast<float>(event->position().y()));
+            const float x = static_cast<float>(event->position().x()), y = static_cast<float>(event->position().y());
+            game->Form_MouseMove(x, y);
+            owner_.tell("move", x, y);
             owner_.afterEvent_();
         }
     }
     void mousePressEvent(QMouseEvent* event) override {
         if (Gorvane* game = owner_.game()) {
-            game->Form_MouseDown(static_cast<float>(event->position().x()), static_cast<float>(event->position().y()));
+            const float x = static_cast<float>(event->position().x()), y = static_cast<float>(event->position().y());
+            game->Form_MouseDown(x, y);
+            owner_.tell("press", x, y);
             owner_.afterEvent_();
         }
     }
@@ -181,16 +187,28 @@ FrmGorvane::FrmGorvane(QWidget* parent, ImageSurface& surface) : QWidget(parent)
 void FrmGorvane::bind(Program& program, std::function<void()> afterEvent) {
     program_ = &program;
     afterEvent_ = std::move(afterEvent);
-    auto click = [this](void (Gorvane::*handler)()) {
-        return [this, handler] {
+    auto click = [this](void (Gorvane::*handler)(), const char* command) {
+        return [this, handler, command] {
             if (Gorvane* g = game()) {
                 (g->*handler)();
+                if (onCommand) onCommand(command);
                 afterEvent_();
             }
         };
     };
-    QObject::connect(cmdPlay, &QPushButton::clicked, this, click(&Gorvane::cmdPlay_Click));
-    QObject::connect(cmdDrop, &QPushButton::clicked, this, click(&Gorvane::cmdDrop_Click));
+    QObject::connect(cmdPlay, &QPushButton::clicked, this, click(&Gorvane::cmdPlay_Click, "play"));
+    QObject::connect(cmdDrop, &QPushButton::clicked, this, click(&Gorvane::cmdDrop_Click, "drop"));
+}
+
+void FrmGorvane::tell(const char* command, float x, float y) {
+    if (onCommand)
+        onCommand(std::string(command) + " " + replay::GameRecorder::number(x) + " " + replay::GameRecorder::number(y));
+}
+
+void FrmGorvane::takePlayerInput(bool take) {
+    // The canvas and the buttons on it take no pointer; the frame's menus are the replay's
+    // to disable.
+    canvas_->setAttribute(Qt::WA_TransparentForMouseEvents, !take);
 }
 
 Gorvane* FrmGorvane::game() const {

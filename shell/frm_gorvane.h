@@ -23,6 +23,11 @@ public:
     // The program whose playfield this shows, and what to run after each event that may
     // have changed the game (repaint, timer re-read).
     void bind(Program& program, std::function<void()> afterEvent);
+    // Told every input the game took, as a scenario line ("move 10 20", "play"), so the
+    // game can be recorded.
+    std::function<void(const std::string&)> onCommand;
+    // A replay steers the game itself: the player's pointer and clicks are not taken.
+    void takePlayerInput(bool take);
 
     // Shows what the game changed since the last call: the surface's dirty areas, the
     // puck, and the controls' visibility, captions and places.
@@ -63,6 +68,7 @@ private:
     void matchSurface();
     void applyGeometry();
     Gorvane* game() const;
+    void tell(const char* command, float x, float y);
 
     ImageSurface& surface_;
     Program* program_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QMessageBox>
 #include <QTimer>
 #include <cstdio>
@@ -9,7 +10,10 @@
 #include <utility>
 #include <ctime>
 
+#include "platform/headless/stored_world.h"
 #include "shell/frm_help.h"
+#include "shell/replay_shelf.h"
+#include "replay/trace.h"
 
 namespace quillop {
 
@@ -51,8 +55,33 @@ void startupMark(const char* what) {
 
 QuillopApp::QuillopApp() : QuillopApp(Options{}) {}
 
-QuillopApp::QuillopApp(Options options) : options_(options), surface_(pictures_, 0, 0) {
+namespace {
+
+// A replay reads the recording's best score and holder, and writes nothing that lasts.
+std::unique_ptr<SettingsStore> settingsFor(const QuillopApp::Options& options) {
+    if (!options.replaying) return std::make_unique<QtSettingsStore>();
+    auto memory = std::make_unique<MemorySettings>();
+    // The playfield loads at the size it loaded with when the game was recorded.
+    auto outerTwips = [](double inner) { return replay::GameRecorder::number((inner + 2 * FrmGorvane::kBorder) * kTwipsPerPixel); };
+    memory->values["Gorvane/Width"] = outerTwips(options.replayWidth);
+    memory->values["Gorvane/Height"] = outerTwips(options.replayHeight);
+    if (options.replayHighscoreText) memory->values["Gorvane/Highscore"] = *options.replayHighscoreText;
+    if (options.replayHighscorer) memory->values["Gorvane/Highscorer"] = *options.replayHighscorer;
+    return memory;
+}
+
+}  // namespace
+
+QuillopApp::QuillopApp(Options options)
+    : options_(options), settings_(settingsFor(options)), surface_(pictures_, 0, 0) {
     startupMark("settings, sound, pictures");
+    if (options_.replaying) clock_.setSeed(options_.replaySeed);
+    // The pods and Arses placed by the playfield's load depend on its size then, before
+    // the frame arranges it: a recording starts from that size.
+    clock_.onSeedAsked = [this] {
+        loadWidth_ = playfield_->scaleWidth();
+        loadHeight_ = playfield_->scaleHeight();
+    };
     frame_ = std::make_unique<FrmMDI>();
     score_ = new FrmScore(frame_->client());
     playfield_ = new FrmGorvane(frame_->client(), surface_);
@@ -61,14 +90,19 @@ QuillopApp::QuillopApp(Options options) : options_(options), surface_(pictures_,
     playfield_->hide();
 
     startupMark("windows");
-    program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, settings_, surface_, *playfield_, *frame_,
+    program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, *settings_, surface_, *playfield_, *frame_,
                                                       clock_, pump_});
     startupMark("program");
     playfield_->bind(*program_, [this] { afterEvent(); });
-    pump_.setBeforeEach([](void* self) { static_cast<QuillopApp*>(self)->playfield_->refresh(); }, this);
+    pump_.beforeEach = [this] { playfield_->refresh(); };
+    pump_.onWaitBegins = [this] {
+        if (recorder_) recorder_->waitBegins();
+    };
+    playfield_->onCommand = [this](const std::string& line) { record(line); };
 
     frame_->onResize = [this] {
         program_->frame.Form_Resize();
+        recordFrameResize();
         afterEvent();
     };
     frame_->onScorePanelWidth = [this](float twips) {
@@ -87,14 +121,17 @@ QuillopApp::QuillopApp(Options options) : options_(options), surface_(pictures_,
     pacer_ = std::make_unique<TickPacer>(TickPacer::Hooks{
         [this] { return program_->gorvaneLoaded() ? program_->gorvane().Timer1 : TimerModel{}; },
         [this] { return program_->gorvaneLoaded() && program_->gorvane().tickRunning(); },
-        [this] {
-            program_->gorvane().Timer1_Timer();
-            playfield_->refresh();
-        }});
+        [this] { runTick(); }});
+    if (!options_.traceFile.isEmpty()) {
+        trace_ = std::fopen(QFile::encodeName(options_.traceFile).constData(), "wb");
+        if (!trace_) std::fprintf(stderr, "Quillop2: cannot write the trace to %s\n", qPrintable(options_.traceFile));
+    }
 }
 
 QuillopApp::~QuillopApp() {
     pacer_->stop();
+    writeTrace(true);
+    if (trace_) std::fclose(trace_);
     // The windows go before the program whose models they read.
     if (about_) delete about_;
     highscore_.reset();
@@ -115,6 +152,7 @@ void QuillopApp::Main() {
     }
     score_->show();
     playfield_->show();
+    if (!options_.replaysFolder.isEmpty() && !options_.replaying) startRecording();
     afterEvent();
     if (options_.timer) pacer_->start();
     // Finding the sound system and decoding the sounds take a while and compete with the
@@ -136,7 +174,68 @@ void QuillopApp::setScoreLabel(const std::string& text) { score_->lblScore->setT
 void QuillopApp::setLevelLabel(const std::string& text) { score_->lblLevel->setText(QString::fromStdString(text)); }
 void QuillopApp::setLivesLabel(const std::string& text) { score_->lblLives->setText(QString::fromStdString(text)); }
 void QuillopApp::setFrameCaption(const std::string& text) {
+    caption_ = text;
     frame_->setWindowTitle(QString::fromStdString(text));
+}
+
+void QuillopApp::runTick() {
+    Gorvane& g = program_->gorvane();
+    const bool wasPlaying = program_->mod.GameOver == kFalse;
+    const double highscoreBefore = program_->mod.Highscore;
+    if (recorder_) recorder_->tickBegins();
+    g.Timer1_Timer();
+    ++ticksRun_;
+    if (recorder_) recorder_->tickEnds();
+    if (trace_) {
+        replay::appendTraceLine(traceBuffer_, *program_, ticksRun_, caption_);
+        writeTrace(false);
+    }
+    if (wasPlaying && program_->mod.GameOver != kFalse) gameEnded(highscoreBefore);
+    playfield_->refresh();
+}
+
+void QuillopApp::writeTrace(bool all) {
+    if (!trace_ || traceBuffer_.empty() || (!all && traceBuffer_.size() < (1 << 16))) return;
+    std::fwrite(traceBuffer_.data(), 1, traceBuffer_.size(), trace_);
+    std::fflush(trace_);
+    traceBuffer_.clear();
+}
+
+void QuillopApp::record(const std::string& line) {
+    if (recorder_) recorder_->command(line);
+}
+
+void QuillopApp::startRecording() {
+    replay::GameRecorder::Start start;
+    start.width = loadWidth_;
+    start.height = loadHeight_;
+    start.seed = program_->rnd.state();
+    start.highscore = program_->mod.Highscore;
+    start.highscorer = program_->mod.Highscorer;
+    recorder_ = std::make_unique<replay::GameRecorder>(start);
+    // The frame has arranged the playfield since; the recording takes it from here.
+    recordedState_ = kNormal;
+    recordFrameResize();
+}
+
+void QuillopApp::recordFrameResize() {
+    // The frame's rule ran: a change of state, or else the playfield's size it arranged.
+    const int state = frame_->windowState();
+    const int before = std::exchange(recordedState_, state);
+    if (state == kMinimized) {
+        if (before != kMinimized) record("minimize");
+        return;
+    }
+    if (before == kMinimized) record("restore");
+    record("resize " + replay::GameRecorder::number(playfield_->scaleWidth()) + " " +
+           replay::GameRecorder::number(playfield_->scaleHeight()));
+}
+
+void QuillopApp::gameEnded(double highscoreBefore) {
+    if (!recorder_) return;
+    const ModQuillop& mod = program_->mod;
+    recorder_->expect(ticksRun_, mod.Score, program_->rnd.draws());
+    ReplayShelf(options_.replaysFolder).keep(recorder_->text(), mod.Score, mod.Score > highscoreBefore);
 }
 
 FrmHighscore& QuillopApp::frmHighscore() {
@@ -147,25 +246,47 @@ FrmHighscore& QuillopApp::frmHighscore() {
 
 void QuillopApp::showHighscoreDialog() {
     playfield_->refresh();
+    if (recordedName) {
+        // The recorded name is typed and OK pressed once the player has seen the dialog.
+        FrmHighscore& dialog = frmHighscore();
+        QTimer::singleShot(1200, &dialog, [&dialog, name = recordedName()] {
+            dialog.txtHighscorer->setText(QString::fromStdString(name));
+            dialog.cmdOK->click();
+        });
+    }
     frmHighscore().showModal();
+    // The name goes in before the tick that asked for it: a replay types it when asked.
+    record("name " + program_->mod.Highscorer);
 }
 
 bool QuillopApp::askYesNo(const std::string& question) {
     QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Quillop"), QString::fromStdString(question),
                     QMessageBox::Yes | QMessageBox::No, frame_.get());
     box.setObjectName(QStringLiteral("questionBox"));
-    return box.exec() == QMessageBox::Yes;
+    if (recordedAnswer) {
+        // Shown while the recorded game goes on under it, until the recorded answer.
+        box.setModal(false);
+        box.show();
+        return recordedAnswer();
+    }
+    const bool yes = box.exec() == QMessageBox::Yes;
+    if (recorder_) recorder_->questionAnswered(yes);
+    return yes;
 }
 
 void QuillopApp::newGame() {
+    if (recorder_) recorder_->newGameClicked();
     program_->frame.mnuNewGame_Click();
+    if (recorder_) recorder_->newGameDone();
     afterEvent();
 }
 
 void QuillopApp::openHelp() {
+    record("help");
     FrmHelp help(frame_.get(), program_->help(), pictures_);
     afterEvent();  // the timer has just been stopped
     help.exec();
+    record("closehelp");
     afterEvent();
 }
 
@@ -184,6 +305,7 @@ void QuillopApp::closeAll() {
     program_->frame.Form_QueryUnload();
     if (program_->gorvaneLoaded()) program_->gorvane().Form_QueryUnload();
     pacer_->stop();
+    writeTrace(true);
     if (about_) about_->close();
     QTimer::singleShot(0, qApp, [] { QCoreApplication::quit(); });
 }

@@ -3,7 +3,12 @@
 #pragma once
 
 #include <QPointer>
+#include <QString>
+#include <cstdio>
+#include <functional>
+#include <optional>
 #include <memory>
+#include <string>
 
 #include "game/program.h"
 #include "platform/qt/image_surface.h"
@@ -17,6 +22,7 @@
 #include "shell/frm_highscore.h"
 #include "shell/frm_mdi.h"
 #include "shell/frm_score.h"
+#include "replay/recorder.h"
 
 namespace quillop {
 
@@ -29,6 +35,17 @@ public:
     struct Options {
         bool sound = true;  // start the sound thread once the window is up
         bool timer = true;  // run Timer1
+        // Keep every game played in this folder (empty: keep none).
+        QString replaysFolder;
+        // Write the game's state after every tick to this file, as quillop-sim does.
+        QString traceFile;
+        // Play a recorded game instead: the settings file is left alone (the recording's
+        // best score and holder are used), the generator starts where the recording's did,
+        // and the player's mouse does not steer.
+        bool replaying = false;
+        std::uint32_t replaySeed = 0;
+        std::optional<std::string> replayHighscoreText, replayHighscorer;  // as the store held them
+        double replayWidth = 0, replayHeight = 0;  // the playfield's inner area as it loaded
     };
     QuillopApp();
     QuillopApp(Options options);
@@ -51,6 +68,12 @@ public:
     void openAbout();
     // After any event that may have changed the game: show it, and re-read Timer1.
     void afterEvent();
+    // One tick of Timer1, as the timer runs it: recorded, traced, and the game kept when it ends.
+    void runTick();
+    std::uint64_t ticksRun() const { return ticksRun_; }
+    // Notes a command of the player or the window in the recording of the game, if any.
+    void record(const std::string& line);
+    replay::GameRecorder* recorder() { return recorder_.get(); }
 
     Program& program() { return *program_; }
     FrmMDI& frmMDI() { return *frame_; }
@@ -60,13 +83,23 @@ public:
     FrmAbout* frmAbout() const { return about_; }
     TickPacer* pacer() { return pacer_.get(); }
     QtSoundPlayer& sound() { return sound_; }
+    QtEventPump& pump() { return pump_; }
+    const PictureSet& pictures() const { return pictures_; }
+    // While a recorded game plays: the New Game question's answer and the name typed in
+    // Congrats! come from the recording.
+    std::function<bool()> recordedAnswer;
+    std::function<std::string()> recordedName;
     ImageSurface& surface() { return surface_; }
 
 private:
     void closeAll();
+    void startRecording();
+    void recordFrameResize();
+    void gameEnded(double highscoreBefore);
+    void writeTrace(bool all);
 
     Options options_;
-    QtSettingsStore settings_;
+    std::unique_ptr<SettingsStore> settings_;
     QtSoundPlayer sound_;
     QtClock clock_;
     QtEventPump pump_;
@@ -80,6 +113,13 @@ private:
     std::unique_ptr<FrmHighscore> highscore_;
     QPointer<FrmAbout> about_;
     bool scoreLoaded_ = false;
+    std::uint64_t ticksRun_ = 0;
+    std::string caption_;
+    std::unique_ptr<replay::GameRecorder> recorder_;
+    double loadWidth_ = 0, loadHeight_ = 0;  // the playfield's inner area as it loaded
+    int recordedState_ = kNormal;
+    std::FILE* trace_ = nullptr;
+    std::string traceBuffer_;
 };
 
 }  // namespace quillop

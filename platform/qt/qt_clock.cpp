@@ -28,6 +28,8 @@ double QtClock::secondsSinceMidnight() {
 }
 
 std::uint32_t QtClock::randomSeed() {
+    if (onSeedAsked) onSeedAsked();
+    if (fixedSeed_) return *fixedSeed_;
     // Two runs started within the same 1/64 s would play the same game otherwise.
     const auto nanos = std::chrono::steady_clock::now().time_since_epoch().count();
     const auto millis = QDateTime::currentMSecsSinceEpoch();
@@ -36,7 +38,7 @@ std::uint32_t QtClock::randomSeed() {
 }
 
 void QtEventPump::processPendingEvents() {
-    if (hook_) hook_(context_);
+    if (beforeEach) beforeEach();
     QCoreApplication::processEvents(QEventLoop::AllEvents);
     // The caller loops until the clock steps, and the clock only moves 64 times a second:
     // rather than spin a core, wait for the next step or the next event, whichever is first.

@@ -1,6 +1,9 @@
 // The clock and the event pump the game's waits use.
 #pragma once
 
+#include <functional>
+#include <optional>
+
 #include "game/world.h"
 
 namespace quillop {
@@ -11,6 +14,13 @@ class QtClock : public Clock {
 public:
     double secondsSinceMidnight() override;
     std::uint32_t randomSeed() override;
+    // A replayed game seeds the generator as the recorded one did.
+    void setSeed(std::uint32_t seed) { fixedSeed_ = seed; }
+    // Told when the playfield's load asks for its seed, its last step.
+    std::function<void()> onSeedAsked;
+
+private:
+    std::optional<std::uint32_t> fixedSeed_;
 };
 
 // Processes pending window events (paints, mouse, menus) while the game waits. `beforeEach`
@@ -18,14 +28,11 @@ public:
 class QtEventPump : public EventPump {
 public:
     void processPendingEvents() override;
-    void setBeforeEach(void (*hook)(void*), void* context) {
-        hook_ = hook;
-        context_ = context;
+    void waitBegins() override {
+        if (onWaitBegins) onWaitBegins();
     }
-
-private:
-    void (*hook_)(void*) = nullptr;
-    void* context_ = nullptr;
+    std::function<void()> beforeEach;
+    std::function<void()> onWaitBegins;
 };
 
 }  // namespace quillop

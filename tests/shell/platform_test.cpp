@@ -140,7 +140,7 @@ private slots:
         QtClock clock;
         QtEventPump pump;
         int hooks = 0;
-        pump.setBeforeEach([](void* n) { ++*static_cast<int*>(n); }, &hooks);
+        pump.beforeEach = [&hooks] { ++hooks; };
         bool timerRan = false;
         QTimer::singleShot(20, [&] { timerRan = true; });
         QElapsedTimer elapsed;

@@ -1,0 +1,122 @@
+#!/bin/bash
+# A game played with the real pointer is kept, and plays back exactly.  The game runs with
+# --trace; the player moves the pointer all the time (some moves land in the explosion's
+# waits), drops mines, opens and closes the help window, minimises and restores the frame,
+# resizes it, answers New Game No and then Yes, and plays a second game to its end.  Then:
+# quillop-sim on the kept recording prints the window's own trace, byte for byte; the
+# window's replay of it (with three snapshots put in) prints it too, and its snapshots show
+# the Arses and the puck where the trace has them.
+#
+# usage: record_replay.sh PATH/TO/Quillop2 PATH/TO/quillop-sim [ARTIFACTS_DIR]
+source "$(dirname "$0")/lib.sh"
+SIM=$(readlink -f "$2")
+e2e_init record_replay "$1" "${3:-}"
+e2e_start_x
+REPLAYS=$HOME/.local/share/Quillop/replays
+
+start_game() { # start_game ARGS...: the game, from its own folder
+    (cd "$(dirname "$GAME_BIN")" && exec "$GAME_BIN" "$@") >>"$WORK/game.log" 2>&1 &
+    GAME_PID=$!
+    E2E_PIDS+=($GAME_PID)
+}
+
+start_game --trace "$WORK/window.trace"
+e2e_find_frame
+S=$(e2e_shot 01-ready)
+read -r PX PY BW BH < <($PIX button "$S" "$CLIENT" $((FX + FW / 2)) $((FY + FH / 2))) \
+    || die "no Play button on the ready field (see $S)"
+IFS=, read -r PFX PFY PFW PFH <<<"$($PIX field "$S" "$PX" "$PY" "$BW" "$BH")"
+log "Play at $PX,$PY; playfield ${PFW}x${PFH} at $PFX,$PFY"
+
+# The pointer sweeps the lower field for a while, as a player's hand does.
+sweep() { # sweep SECONDS
+    local end=$(( $(date +%s%N) + $1 * 1000000000 )) k=0
+    while (( $(date +%s%N) < end )); do
+        xdotool mousemove $((PFX + 20 + (k * 37) % (PFW - 40))) $((PFY + PFH - 30 - (k * 13) % 60))
+        k=$((k + 1)); sleep 0.02
+    done
+}
+new_game() { # new_game y|n: File, New Game, and the answer
+    xdotool windowactivate --sync "$FRAME" >/dev/null; sleep 0.2
+    xdotool key --clearmodifiers alt+f; sleep 0.4; xdotool key n
+    local box
+    box=$(e2e_wait_window '^Quillop$' 5) || return 1
+    sleep 0.5   # ticks run while the question is up
+    xdotool windowactivate --sync "$box" >/dev/null; xdotool key --clearmodifiers "alt+$1"
+    e2e_wait_gone "$box" 5
+}
+
+# --- first game: pointer, mines, a lost puck, the windows ------------------
+xdotool mousemove "$PX" "$PY" click 1
+sleep 0.1; xdotool mousemove $((PFX + PFW / 2)) $((PFY + PFH / 2)) click 1   # a mine
+sweep 3                       # the unguided puck is lost meanwhile; Drop waits
+xdotool key --clearmodifiers alt+h; sleep 0.4; xdotool key h
+HELP=$(e2e_wait_window '^Help$' 10) || die "no Help window"
+sleep 0.5; e2e_geometry "$HELP"
+xdotool mousemove $((WX + 308)) $((WY + 396)) click 1
+e2e_wait_gone "$HELP" 5 || die "Close did not close the help window"
+xdotool windowminimize --sync "$FRAME"; sleep 0.5
+xdotool windowactivate --sync "$FRAME" >/dev/null; sleep 0.5
+xdotool windowsize --sync "$FRAME" $((FW + 40)) $((FH + 24)); sleep 0.5
+e2e_find_frame
+new_game n || die "New Game asked nothing while a game was running"
+new_game y || die "New Game asked nothing the second time"
+
+# --- second game, played to its end ---------------------------------------
+S=$(e2e_shot 02-second-ready)
+read -r PX PY BW BH < <($PIX button "$S" "$CLIENT" $((FX + FW / 2)) $((FY + FH / 2))) || die "no Play after Yes"
+IFS=, read -r PFX PFY PFW PFH <<<"$($PIX field "$S" "$PX" "$PY" "$BW" "$BH")"
+T0=$(date +%s)
+until ls "$REPLAYS"/*.scn >/dev/null 2>&1; do
+    (( $(date +%s) - T0 < 90 )) || die "no recording kept within 90 s"
+    box=$(xdotool search --onlyvisible --name '^Congrats!$' 2>/dev/null | head -1 || true)
+    if [ -n "$box" ]; then
+        xdotool windowactivate --sync "$box" key ctrl+a; xdotool type --delay 30 "Replayer"; xdotool key Return
+    else
+        xdotool mousemove "$PX" "$PY" click 1   # Play, Drop, or a mine
+        sweep 1
+    fi
+done
+e2e_shot 03-game-over >/dev/null
+e2e_wm_close "$FRAME"
+e2e_wait_exit 10 || die "the game did not end on close"
+cp "$XDG_CONFIG_HOME/Quillop/Quillop.conf" "$WORK/settings-after-play.conf" || die "no settings file after the game"
+
+REC=$(ls "$REPLAYS"/*.scn | head -1)
+cp "$REC" "$ART/recording.scn"; cp "$WORK/window.trace" "$ART/window.trace"
+log "kept $(basename "$REC"): $(wc -l < "$REC") lines, $(wc -c < "$REC") bytes; $(grep -c '^during ' "$REC") in waits"
+check "the recording has moves during the explosion's waits" grep -q '^during [0-9]* move ' "$REC"
+check "the recording has the question left open, answered both ways" \
+    bash -c "grep -q '^answer no' '$REC' && grep -q '^answer yes' '$REC'"
+for c in help closehelp minimize restore 'resize ' 'press '; do
+    check "the recording has '$c'" grep -q "^$c" "$REC"
+done
+"$SIM" "$REC" > "$WORK/sim.trace" || die "quillop-sim refused the recording (exit $?)"
+N=$(wc -l < "$WORK/sim.trace")
+check "quillop-sim prints the window's trace byte for byte ($N ticks)" \
+    cmp -s "$WORK/sim.trace" <(head -n "$N" "$WORK/window.trace")
+check "the trace's last line shows the recorded score" \
+    bash -c "tail -1 '$WORK/sim.trace' | grep -q \"\\\"score\\\":\$(awk '/^expect/{print \$3}' '$REC' | tail -1),\""
+
+# --- the window's replay, with snapshots at three ticks ---------------------
+read -r -a AT < <($PYTHON "$E2E_DIR/replay_check.py" ticks "$WORK/sim.trace")
+$PYTHON "$E2E_DIR/replay_check.py" insert "$REC" "$WORK/shots.scn" "$ART" "${AT[@]}"
+start_game --replay "$WORK/shots.scn" --trace "$WORK/replay.trace"
+T0=$(date +%s)
+until grep -q 'played to its end\|does not play back' "$WORK/game.log"; do
+    (( $(date +%s) - T0 < 180 )) || die "the replay did not reach its end within 180 s"
+    game_alive || die "the replay ended by itself (see $ART/game.log)"
+    sleep 0.5
+done
+e2e_shot 04-replay-end >/dev/null
+check "the replay plays to its end" grep -q 'played to its end' "$WORK/game.log"
+e2e_wm_close "$(xdotool search --onlyvisible --name '^Quillop High Score by ' | head -1)"
+e2e_wait_exit 10 || die "the replay did not end on close"
+check "the window's replay prints the same trace" cmp -s "$WORK/sim.trace" "$WORK/replay.trace"
+check "the replay's snapshots show the Arses and the puck where the trace has them" \
+    $PYTHON "$E2E_DIR/replay_check.py" compare "$WORK/sim.trace" "$ART" "${AT[@]}"
+check "a replay leaves the settings file alone" cmp -s "$XDG_CONFIG_HOME/Quillop/Quillop.conf" "$WORK/settings-after-play.conf"
+check "a replay keeps no recording of its own" test "$(ls "$REPLAYS" | wc -l)" -eq 1
+
+log "done: $E2E_FAILS failed check(s)"
+exit $((E2E_FAILS > 0))
