@@ -9,7 +9,9 @@
 #include <utility>
 #include <ctime>
 
+#include "shell/classic.h"
 #include "shell/frm_help.h"
+#include "shell/on_screen.h"
 
 namespace quillop {
 
@@ -103,6 +105,7 @@ QuillopApp::~QuillopApp() {
 
 void QuillopApp::Main() {
     program_->frame.Form_Load();
+    keepFrameOnScreen();
     startupMark("frame loaded");
     frame_->show();
     startupMark("frame shown");
@@ -148,6 +151,7 @@ FrmHighscore& QuillopApp::frmHighscore() {
 void QuillopApp::showHighscoreDialog() {
     playfield_->refresh();
     frmHighscore().showModal();
+    saveSettings();  // the best score and its holder, together
 }
 
 bool QuillopApp::askYesNo(const std::string& question) {
@@ -155,6 +159,30 @@ bool QuillopApp::askYesNo(const std::string& question) {
                     QMessageBox::Yes | QMessageBox::No, frame_.get());
     box.setObjectName(QStringLiteral("questionBox"));
     return box.exec() == QMessageBox::Yes;
+}
+
+void QuillopApp::keepFrameOnScreen() {
+    FrmMDI& frame = *frame_;
+    const QRect stored(px(frame.left()), px(frame.top()), px(frame.width()), px(frame.height()));
+    const QRect placed = placeOnTodaysScreens(stored);
+    if (placed.x() != stored.x()) frame.setLeft(twips(placed.x()));
+    if (placed.y() != stored.y()) frame.setTop(twips(placed.y()));
+    if (placed.width() != stored.width()) frame.setWidth(twips(placed.width()));
+    if (placed.height() != stored.height()) frame.setHeight(twips(placed.height()));
+}
+
+void QuillopApp::saveSettings() {
+    const std::string failure = settings_.commit();
+    if (failure.empty() || saveFailureShown_) return;
+    saveFailureShown_ = true;  // once a run: the next saves are tried, but not announced again
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quillop"),
+                    QStringLiteral("Your best score and window places could not be saved: %1.\n\n"
+                                   "The game keeps them while it runs and tries again at the next "
+                                   "save (a new best score, closing the help window or the game).")
+                        .arg(QString::fromStdString(failure)),
+                    QMessageBox::Ok, frame_.get());
+    box.setObjectName(QStringLiteral("saveFailedBox"));
+    box.exec();
 }
 
 void QuillopApp::newGame() {
@@ -166,6 +194,7 @@ void QuillopApp::openHelp() {
     FrmHelp help(frame_.get(), program_->help(), pictures_);
     afterEvent();  // the timer has just been stopped
     help.exec();
+    saveSettings();
     afterEvent();
 }
 
@@ -184,6 +213,7 @@ void QuillopApp::closeAll() {
     program_->frame.Form_QueryUnload();
     if (program_->gorvaneLoaded()) program_->gorvane().Form_QueryUnload();
     pacer_->stop();
+    saveSettings();
     if (about_) about_->close();
     QTimer::singleShot(0, qApp, [] { QCoreApplication::quit(); });
 }

@@ -64,6 +64,10 @@ public:
 
 private:
     void closeAll();
+    // A frame remembered on a screen that is gone opens where it can be seen.
+    void keepFrameOnScreen();
+    // Commits the settings written since the last save; a failure is told once a run.
+    void saveSettings();
 
     Options options_;
     QtSettingsStore settings_;
@@ -80,6 +84,7 @@ private:
     std::unique_ptr<FrmHighscore> highscore_;
     QPointer<FrmAbout> about_;
     bool scoreLoaded_ = false;
+    bool saveFailureShown_ = false;
 };
 
 }  // namespace quillop
