@@ -227,6 +227,7 @@ Document::Line Document::parseLine(std::string_view raw, const std::string& sect
         if (!key.empty() && key.find_first_of("\"\\;") == std::string_view::npos && value &&
             section != kNoSection) {
             line.kind = Kind::Entry;
+            line.raw.clear();  // written from its key and value
             line.key = std::string(key);
             line.value = std::move(*value);
         }
@@ -262,7 +263,6 @@ const std::string* Document::find(std::string_view section, std::string_view key
 }
 
 void Document::set(const std::string& section, const std::string& key, const std::string& value) {
-    const std::string raw = key + '=' + escapeValue(value);
     bool found = false;
     std::size_t endOfSection = lines_.size() + 1;  // none yet
     for (std::size_t k = 0; k < lines_.size(); ++k) {
@@ -270,26 +270,30 @@ void Document::set(const std::string& section, const std::string& key, const std
         if (line.section != section || line.kind == Kind::Unreadable) continue;
         if (line.kind == Kind::Section || line.kind == Kind::Entry) endOfSection = k + 1;
         if (line.kind == Kind::Entry && line.key == key) {
-            line.raw = raw;
             line.value = value;
             found = true;
         }
     }
     if (found) return;
-    Line line{Kind::Entry, raw, section, key, value};
+    Line line{Kind::Entry, {}, section, key, value};
     if (endOfSection <= lines_.size()) {
         lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(endOfSection), std::move(line));
         return;
     }
-    if (!lines_.empty() && !trimmed(lines_.back().raw).empty()) lines_.push_back({Kind::Other, "", section, {}, {}});
+    if (!lines_.empty() && (lines_.back().kind != Kind::Other || !trimmed(lines_.back().raw).empty()))
+        lines_.push_back({Kind::Other, "", section, {}, {}});
     lines_.push_back({Kind::Section, '[' + section + ']', section, {}, {}});
     lines_.push_back(std::move(line));
 }
 
 std::string Document::text() const {
     std::string out;
+    out.reserve(lines_.size() * 32);
     for (const Line& line : lines_) {
         if (line.kind == Kind::Unreadable) out += "; unreadable, kept as a comment: " + printable(line.raw);
+        // In the form QSettings writes: a hand-written value QSettings reads differently
+        // (spaces after a quote, a backslash before a letter, a comma) reads the same in both.
+        else if (line.kind == Kind::Entry) out += line.key + '=' + escapeValue(line.value);
         else out += line.raw;
         out += '\n';
     }

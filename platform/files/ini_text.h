@@ -32,8 +32,9 @@ public:
     // Replaces the entry's value in place, or adds it at the end of its section (the
     // section at the end of the file when there is none).
     void set(const std::string& section, const std::string& key, const std::string& value);
-    // The file's text. Unreadable lines are kept as comments, their bytes made printable,
-    // so a reader of the file that stops at a stray quote never sees one.
+    // The file's text: entries as QSettings writes them, comments and blank lines as they
+    // were, unreadable lines kept as comments with their bytes made printable, so that a
+    // reader that stops at a stray quote never meets one.
     std::string text() const;
 
 private:
