@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "platform/core/utf8_text.h"
+
 namespace quillop::ini {
 namespace {
 
@@ -17,44 +19,6 @@ std::string_view trimmed(std::string_view s) {
     while (!s.empty() && isBlank(s.front())) s.remove_prefix(1);
     while (!s.empty() && isBlank(s.back())) s.remove_suffix(1);
     return s;
-}
-
-// Length of the UTF-8 sequence at s[i] and its code point, or 0 when it is not valid UTF-8.
-std::size_t utf8At(std::string_view s, std::size_t i, char32_t& cp) {
-    const auto b = [&](std::size_t k) { return static_cast<unsigned char>(s[i + k]); };
-    const unsigned char lead = b(0);
-    std::size_t n = 0;
-    if (lead < 0x80) return cp = lead, 1;
-    if (lead >= 0xC2 && lead <= 0xDF) n = 2, cp = lead & 0x1F;
-    else if (lead >= 0xE0 && lead <= 0xEF) n = 3, cp = lead & 0x0F;
-    else if (lead >= 0xF0 && lead <= 0xF4) n = 4, cp = lead & 0x07;
-    else return 0;
-    if (i + n > s.size()) return 0;
-    for (std::size_t k = 1; k < n; ++k) {
-        if ((b(k) & 0xC0) != 0x80) return 0;
-        cp = (cp << 6) | (b(k) & 0x3F);
-    }
-    const char32_t least[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (cp < least[n] || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return 0;
-    return n;
-}
-
-void appendUtf8(std::string& out, char32_t cp) {
-    if (cp < 0x80) {
-        out += static_cast<char>(cp);
-    } else if (cp < 0x800) {
-        out += static_cast<char>(0xC0 | (cp >> 6));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else if (cp < 0x10000) {
-        out += static_cast<char>(0xE0 | (cp >> 12));
-        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (cp >> 18));
-        out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    }
 }
 
 void appendHex(std::string& out, unsigned value) {
@@ -78,7 +42,7 @@ bool isCleanText(std::string_view s) {
             ++i;
             continue;
         }
-        const std::size_t n = utf8At(s, i, cp);
+        const std::size_t n = utf8SequenceAt(s, i, cp);
         if (n == 0 || (cp < 0x20 && cp != '\t')) return false;
         i += n;
     }
@@ -91,7 +55,7 @@ std::string printable(std::string_view raw) {
     std::string out;
     char32_t cp = 0;
     for (std::size_t i = 0; i < raw.size() && out.size() < kShownOfUnreadable;) {
-        const std::size_t n = utf8At(raw, i, cp);
+        const std::size_t n = utf8SequenceAt(raw, i, cp);
         if (n == 0) {
             out += kReplacement;
             ++i;
@@ -132,7 +96,7 @@ std::string escapeValue(std::string_view value) {
     if (!value.empty() && value.front() == '@') out += '@';  // '@' starts a typed value
     char32_t cp = 0;
     for (std::size_t i = 0; i < value.size();) {
-        std::size_t n = utf8At(value, i, cp);
+        std::size_t n = utf8SequenceAt(value, i, cp);
         if (n == 0) cp = 0xFFFD, n = 1;
         i += n;
         if (cp == ';' || cp == ',' || cp == '=') needsQuotes = true;

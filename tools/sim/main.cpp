@@ -3,6 +3,7 @@
 #include <exception>
 #include <string>
 
+#include "platform/core/utf8_text.h"
 #include "platform/qt/image_surface.h"
 #include "tools/sim/headless.h"
 #include "tools/sim/scenario.h"
@@ -73,8 +74,8 @@ int run(const Scenario& scenario) {
                     out.flush();
                     std::string error;
                     if (!writeSnapshot(game.imageSurface()->image(), game.playfield().shapePuck, c.text, error)) {
-                        std::fprintf(stderr, "line %d: cannot write snapshot %s: %s\n", c.line, c.text.c_str(),
-                                     error.c_str());
+                        std::fprintf(stderr, "line %d: cannot write snapshot %s: %s\n", c.line,
+                                     visibleText(c.text).c_str(), visibleText(error).c_str());
                         return 1;
                     }
                     break;
@@ -85,7 +86,7 @@ int run(const Scenario& scenario) {
         // A rule that overflows a counter is a bug in the game, reported where it happened.
         out.flush();
         std::fprintf(stderr, "line %d, tick %llu: %s\n", current ? current->line : 0,
-                     static_cast<unsigned long long>(game.ticksRun() + 1), e.what());
+                     static_cast<unsigned long long>(game.ticksRun() + 1), visibleText(e.what()).c_str());
         return 3;
     }
     return 0;
