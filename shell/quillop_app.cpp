@@ -171,16 +171,16 @@ void QuillopApp::keepFrameOnScreen() {
     if (placed.height() != stored.height()) frame.setHeight(twips(placed.height()));
 }
 
-void QuillopApp::saveSettings() {
+void QuillopApp::saveSettings(bool closing) {
     const std::string failure = settings_.commit();
     if (failure.empty() || saveFailureShown_) return;
     saveFailureShown_ = true;  // once a run: the next saves are tried, but not announced again
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quillop"),
-                    QStringLiteral("Your best score and window places could not be saved: %1.\n\n"
-                                   "The game keeps them while it runs and tries again at the next "
-                                   "save (a new best score, closing the help window or the game).")
-                        .arg(QString::fromStdString(failure)),
-                    QMessageBox::Ok, frame_.get());
+    QString text = QStringLiteral("Your best score and window places could not be saved: %1.")
+                       .arg(QString::fromStdString(failure));
+    if (!closing)
+        text += QStringLiteral("\n\nThe game keeps them while it runs and tries again at the next save "
+                               "(a new best score, closing the help window or the game).");
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quillop"), text, QMessageBox::Ok, frame_.get());
     box.setObjectName(QStringLiteral("saveFailedBox"));
     box.exec();
 }
@@ -213,7 +213,7 @@ void QuillopApp::closeAll() {
     program_->frame.Form_QueryUnload();
     if (program_->gorvaneLoaded()) program_->gorvane().Form_QueryUnload();
     pacer_->stop();
-    saveSettings();
+    saveSettings(true);
     if (about_) about_->close();
     QTimer::singleShot(0, qApp, [] { QCoreApplication::quit(); });
 }

@@ -67,7 +67,7 @@ private:
     // A frame remembered on a screen that is gone opens where it can be seen.
     void keepFrameOnScreen();
     // Commits the settings written since the last save; a failure is told once a run.
-    void saveSettings();
+    void saveSettings(bool closing = false);
 
     Options options_;
     QtSettingsStore settings_;

@@ -3,6 +3,7 @@
 // score, and a save that cannot happen says why.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -210,8 +211,20 @@ TEST_F(SettingsFileTest, KilledMidSaveLeavesTheOldOrTheNewFileNeverATornOne) {
         changed += best != last;
         last = best;
     }
-    std::printf("%d kills at random moments during saves (%d after a new save had landed); the best score "
-                "kept with its holder in every one\n", kills, changed);
+    // Temporary files of killed saves are cleared by a later save once they are old.
+    int left = 0;
+    for (const auto& entry : fs::directory_iterator(file_.parent_path()))
+        if (entry.path() != file_) {
+            ++left;
+            const timespec old[2] = {{0, 0}, {time(nullptr) - 3600, 0}};
+            utimensat(AT_FDCWD, entry.path().c_str(), old, 0);
+        }
+    SettingsFile store(file_.string());
+    store.write("Help", "Top", "1");
+    ASSERT_EQ(store.commit(), "");
+    EXPECT_EQ(std::distance(fs::directory_iterator(file_.parent_path()), fs::directory_iterator()), 1);
+    std::printf("%d kills at random moments during saves (%d after a new save had landed, %d temporary files "
+                "left); the best score kept with its holder in every one\n", kills, changed, left);
     EXPECT_GT(changed, kills / 2);
 }
 
@@ -310,7 +323,9 @@ TEST_F(SettingsFileTest, LargeFileClosesQuicklyAndSymlinkStays) {
         best = std::min(best, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
     }
     std::printf("closing with a %zu-byte settings file: %.1f ms (best of 5)\n", big.size(), best);
+#ifndef __SANITIZE_ADDRESS__  // the sanitizers' run is several times slower by design
     EXPECT_LT(best, 50.0);
+#endif
     EXPECT_TRUE(fs::is_symlink(file_));
     const std::string after = slurp(real);
     EXPECT_NE(after.find("Top=304\n"), std::string::npos);
