@@ -10,7 +10,6 @@ namespace {
 // Entries under a header we cannot read belong to no section we know: attributing them to
 // the section before would let them override its entries.
 const std::string kNoSection = "\x01";
-const std::string kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 constexpr std::size_t kShownOfUnreadable = 200;
 
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
@@ -49,28 +48,11 @@ bool isCleanText(std::string_view s) {
     return true;
 }
 
-// The unreadable line as it can be shown in a comment: control bytes as \xNN, bytes that
-// are not UTF-8 as U+FFFD, and cut short.
+// The unreadable line as it can be shown in a comment: control bytes and bytes that are
+// not UTF-8 as \xNN, and cut short.
 std::string printable(std::string_view raw) {
-    std::string out;
-    char32_t cp = 0;
-    for (std::size_t i = 0; i < raw.size() && out.size() < kShownOfUnreadable;) {
-        const std::size_t n = utf8SequenceAt(raw, i, cp);
-        if (n == 0) {
-            out += kReplacement;
-            ++i;
-            continue;
-        }
-        if (cp < 0x20) {
-            out += "\\x";
-            appendHex(out, cp);
-        } else {
-            out.append(raw.substr(i, n));
-        }
-        i += n;
-    }
-    if (out.size() >= kShownOfUnreadable) out += "...";
-    return out;
+    if (raw.size() <= kShownOfUnreadable) return visibleText(raw);
+    return visibleText(raw.substr(0, kShownOfUnreadable)) + "...";
 }
 
 bool escapeOfOneChar(char c, char32_t& out) {
