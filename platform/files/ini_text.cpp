@@ -116,6 +116,22 @@ std::optional<std::string> unescapeValue(std::string_view text) {
     for (std::size_t i = 0; plain && i < text.size(); ++i) plain = text[i] != '"' && text[i] != '\\' && text[i] != ';';
     if (plain) return std::string(text);  // the usual case
     std::string out;
+    // Files of older Qt versions escape every character outside ASCII as UTF-16 units, a
+    // character beyond the first 65,536 as two of them.
+    char32_t highHalf = 0;
+    auto flushHalf = [&] {
+        if (highHalf) appendUtf8(out, 0xFFFD), highHalf = 0;
+    };
+    auto putEscaped = [&](char32_t cp) {
+        if (cp >= 0xDC00 && cp <= 0xDFFF && highHalf) {
+            appendUtf8(out, 0x10000 + ((highHalf - 0xD800) << 10) + (cp - 0xDC00));
+            highHalf = 0;
+            return;
+        }
+        flushHalf();
+        if (cp >= 0xD800 && cp <= 0xDBFF) highHalf = cp;
+        else appendUtf8(out, cp >= 0xDC00 && cp <= 0xDFFF ? 0xFFFD : cp);
+    };
     bool inQuotes = false;
     char32_t cp = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -125,11 +141,12 @@ std::optional<std::string> unescapeValue(std::string_view text) {
         } else if (c == ';' && !inQuotes) {
             break;  // the rest of the line is a comment
         } else if (c != '\\') {
+            flushHalf();
             out += c;
         } else if (++i == text.size()) {
             return std::nullopt;  // a trailing backslash would join the next line
         } else if (escapeOfOneChar(text[i], cp)) {
-            out += static_cast<char>(cp);
+            putEscaped(cp);
         } else if (text[i] == 'x' || (text[i] >= '0' && text[i] <= '7')) {
             const bool hex = text[i] == 'x';
             std::size_t k = hex ? i + 1 : i;
@@ -139,14 +156,15 @@ std::optional<std::string> unescapeValue(std::string_view text) {
                 if (cp > 0x10FFFF) return std::nullopt;
             }
             if (k == i + 1 && hex) return std::nullopt;
-            if (cp >= 0xD800 && cp <= 0xDFFF) return std::nullopt;
-            appendUtf8(out, cp);
+            putEscaped(cp);
             i = k - 1;
         } else {
+            flushHalf();
             out += '\\';  // not an escape: the backslash is the user's own
             out += text[i];
         }
     }
+    flushHalf();
     if (inQuotes) return std::nullopt;
     if (out.rfind("@@", 0) == 0) return out.substr(1);
     if (!out.empty() && out.front() == '@') return std::nullopt;  // a typed value, not text

@@ -101,6 +101,13 @@ private slots:
             QCOMPARE(raw.value(QStringLiteral("MDI/Width")), QVariant(QStringLiteral("7000")));
             QCOMPARE(raw.value(QStringLiteral("Gorvane/Highscore")), QVariant(QStringLiteral("12.5")));
         }
+        // As Qt 5 wrote text outside ASCII: UTF-16 units, two for a character past U+FFFF.
+        QFile old(store.fileName());
+        QVERIFY(old.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        old.write("[Gorvane]\nHighscorer=Zo\\xeb \\xd83d\\xde00 \\x41\n");
+        old.close();
+        QCOMPARE(QString::fromStdString(QtSettingsStore().read("Gorvane", "Highscorer", "?")),
+                 QSettings(store.fileName(), QSettings::IniFormat).value("Gorvane/Highscorer").toString());
     }
 
     // A damaged line costs only its own value, and the file written afterwards is one that
