@@ -9,11 +9,14 @@
 #include <iterator>
 #include <sstream>
 
+#include "platform/core/utf8_text.h"
+
 namespace quillop::replay {
 namespace {
 
 [[noreturn]] void fail(int line, const std::string& what) {
-    throw ScenarioError{"line " + std::to_string(line) + ": " + what};
+    // The scenario's own words may hold any bytes; a terminal must not receive them raw.
+    throw ScenarioError{"line " + std::to_string(line) + ": " + visibleText(what)};
 }
 
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
@@ -174,6 +177,8 @@ Command parseCommand(int line, const std::string& cmd, const std::string& rest) 
         const std::size_t first = rest.find_first_not_of(" \t");
         if (first == std::string::npos) fail(line, "snapshot needs a file name");
         c.text = rest.substr(first, rest.find_last_not_of(" \t") - first + 1);
+        // The file system would take the name only up to the NUL: another file than asked.
+        if (c.text.find('\0') != std::string::npos) fail(line, "snapshot file name '" + c.text + "' holds a NUL byte");
     } else {
         fail(line, "unknown command '" + cmd + "'");
     }
@@ -249,7 +254,7 @@ std::string readScenarioFile(const std::string& path) {
         return all.str();
     }
     std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) throw ScenarioError{"cannot read scenario " + path + ": " + std::strerror(errno)};
+    if (!f) throw ScenarioError{"cannot read scenario " + visibleText(path) + ": " + std::strerror(errno)};
     std::string text;
     char buffer[65536];
     std::size_t n;
@@ -257,7 +262,7 @@ std::string readScenarioFile(const std::string& path) {
     const bool failed = std::ferror(f);
     const int error = errno;
     std::fclose(f);
-    if (failed) throw ScenarioError{"cannot read scenario " + path + ": " + std::strerror(error)};
+    if (failed) throw ScenarioError{"cannot read scenario " + visibleText(path) + ": " + std::strerror(error)};
     return text;
 }
 

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <initializer_list>
 
+#include "platform/core/utf8_text.h"
+
 namespace quillop::replay {
 namespace {
 
@@ -33,20 +35,29 @@ public:
     }
     void boolean(bool b) { out_ += b ? "true" : "false"; }
     void flag(Boolean b) { boolean(b != kFalse); }
+    // A name is whatever bytes were typed; JSON wants UTF-8, so a byte that is not is
+    // written as U+FFFD.
     void text(const std::string& s) {
         out_ += '"';
-        for (const char c : s) {
-            const auto u = static_cast<unsigned char>(c);
-            if (c == '"' || c == '\\') {
+        char32_t cp = 0;
+        for (std::size_t i = 0; i < s.size();) {
+            const std::size_t n = utf8SequenceAt(s, i, cp);
+            if (n == 0) {
+                out_ += "\\ufffd";
+                ++i;
+                continue;
+            }
+            if (cp == '"' || cp == '\\') {
                 out_ += '\\';
-                out_ += c;
-            } else if (u < 0x20) {
+                out_ += static_cast<char>(cp);
+            } else if (cp < 0x20) {
                 char buffer[8];
-                std::snprintf(buffer, sizeof buffer, "\\u%04x", u);
+                std::snprintf(buffer, sizeof buffer, "\\u%04x", static_cast<unsigned>(cp));
                 out_ += buffer;
             } else {
-                out_ += c;
+                out_.append(s, i, n);
             }
+            i += n;
         }
         out_ += '"';
     }

@@ -16,10 +16,10 @@ CommandLine readCommandLine(const QStringList& arguments, bool qtOptionsRemoved)
     const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
                                      QStringLiteral("Displays the version."));
     const QCommandLineOption replay(QStringLiteral("replay"),
-                                    QStringLiteral("Plays a recorded game back in the window; the settings are left alone."),
+                                    QStringLiteral("Plays a recorded game back; the settings are left alone."),
                                     QStringLiteral("file"));
     const QCommandLineOption trace(QStringLiteral("trace"),
-                                   QStringLiteral("Writes the game's state after every tick to the file, a JSON line a tick."),
+                                   QStringLiteral("Writes the state of the game after every tick to the file."),
                                    QStringLiteral("file"));
     parser.addOption(help);
     parser.addOption(version);

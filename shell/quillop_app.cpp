@@ -10,10 +10,11 @@
 #include <utility>
 #include <ctime>
 
-#include "platform/headless/stored_world.h"
-#include "shell/frm_help.h"
-#include "shell/replay_shelf.h"
 #include "replay/trace.h"
+#include "shell/classic.h"
+#include "shell/frm_help.h"
+#include "shell/on_screen.h"
+#include "shell/replay_shelf.h"
 
 namespace quillop {
 
@@ -57,25 +58,27 @@ QuillopApp::QuillopApp() : QuillopApp(Options{}) {}
 
 namespace {
 
-// A replay reads the recording's best score and holder, and writes nothing that lasts.
-std::unique_ptr<SettingsStore> settingsFor(const QuillopApp::Options& options) {
-    if (!options.replaying) return std::make_unique<QtSettingsStore>();
-    auto memory = std::make_unique<MemorySettings>();
-    // The playfield loads at the size it loaded with when the game was recorded.
-    auto outerTwips = [](double inner) { return replay::GameRecorder::number((inner + 2 * FrmGorvane::kBorder) * kTwipsPerPixel); };
-    memory->values["Gorvane/Width"] = outerTwips(options.replayWidth);
-    memory->values["Gorvane/Height"] = outerTwips(options.replayHeight);
-    if (options.replayHighscoreText) memory->values["Gorvane/Highscore"] = *options.replayHighscoreText;
-    if (options.replayHighscorer) memory->values["Gorvane/Highscorer"] = *options.replayHighscorer;
-    return memory;
+// A replay reads the recording's best score and holder, and the size the playfield loaded
+// with when the game was recorded.
+void prepareReplaySettings(const QuillopApp::Options& options, MemorySettings& memory) {
+    auto outerTwips = [](double inner) {
+        return replay::GameRecorder::number((inner + 2 * FrmGorvane::kBorder) * kTwipsPerPixel);
+    };
+    memory.values["Gorvane/Width"] = outerTwips(options.replayWidth);
+    memory.values["Gorvane/Height"] = outerTwips(options.replayHeight);
+    if (options.replayHighscoreText) memory.values["Gorvane/Highscore"] = *options.replayHighscoreText;
+    if (options.replayHighscorer) memory.values["Gorvane/Highscorer"] = *options.replayHighscorer;
 }
 
 }  // namespace
 
 QuillopApp::QuillopApp(Options options)
-    : options_(options), settings_(settingsFor(options)), surface_(pictures_, 0, 0) {
+    : options_(options), surface_(pictures_, 0, 0) {
     startupMark("settings, sound, pictures");
-    if (options_.replaying) clock_.setSeed(options_.replaySeed);
+    if (options_.replaying) {
+        prepareReplaySettings(options_, replaySettings_);
+        clock_.setSeed(options_.replaySeed);
+    }
     // The pods and Arses placed by the playfield's load depend on its size then, before
     // the frame arranges it: a recording starts from that size.
     clock_.onSeedAsked = [this] {
@@ -90,7 +93,7 @@ QuillopApp::QuillopApp(Options options)
     playfield_->hide();
 
     startupMark("windows");
-    program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, *settings_, surface_, *playfield_, *frame_,
+    program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, options_.replaying ? static_cast<SettingsStore&>(replaySettings_) : settings_, surface_, *playfield_, *frame_,
                                                       clock_, pump_});
     startupMark("program");
     playfield_->bind(*program_, [this] { afterEvent(); });
@@ -140,6 +143,7 @@ QuillopApp::~QuillopApp() {
 
 void QuillopApp::Main() {
     program_->frame.Form_Load();
+    keepFrameOnScreen();
     startupMark("frame loaded");
     frame_->show();
     startupMark("frame shown");
@@ -257,6 +261,7 @@ void QuillopApp::showHighscoreDialog() {
     frmHighscore().showModal();
     // The name goes in before the tick that asked for it: a replay types it when asked.
     record("name " + program_->mod.Highscorer);
+    saveSettings();  // the best score and its holder, together
 }
 
 bool QuillopApp::askYesNo(const std::string& question) {
@@ -274,6 +279,31 @@ bool QuillopApp::askYesNo(const std::string& question) {
     return yes;
 }
 
+void QuillopApp::keepFrameOnScreen() {
+    FrmMDI& frame = *frame_;
+    const QRect stored(px(frame.left()), px(frame.top()), px(frame.width()), px(frame.height()));
+    const QRect placed = placeOnTodaysScreens(stored);
+    if (placed.x() != stored.x()) frame.setLeft(twips(placed.x()));
+    if (placed.y() != stored.y()) frame.setTop(twips(placed.y()));
+    if (placed.width() != stored.width()) frame.setWidth(twips(placed.width()));
+    if (placed.height() != stored.height()) frame.setHeight(twips(placed.height()));
+}
+
+void QuillopApp::saveSettings(bool closing) {
+    if (options_.replaying) return;
+    const std::string failure = settings_.commit();
+    if (failure.empty() || saveFailureShown_) return;
+    saveFailureShown_ = true;  // once a run: the next saves are tried, but not announced again
+    QString text = QStringLiteral("Your best score and window places could not be saved: %1.")
+                       .arg(QString::fromStdString(failure));
+    if (!closing)
+        text += QStringLiteral("\n\nThe game keeps them while it runs and tries again at the next save "
+                               "(a new best score, closing the help window or the game).");
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Quillop"), text, QMessageBox::Ok, frame_.get());
+    box.setObjectName(QStringLiteral("saveFailedBox"));
+    box.exec();
+}
+
 void QuillopApp::newGame() {
     if (recorder_) recorder_->newGameClicked();
     program_->frame.mnuNewGame_Click();
@@ -287,6 +317,7 @@ void QuillopApp::openHelp() {
     afterEvent();  // the timer has just been stopped
     help.exec();
     record("closehelp");
+    saveSettings();
     afterEvent();
 }
 
@@ -306,6 +337,7 @@ void QuillopApp::closeAll() {
     if (program_->gorvaneLoaded()) program_->gorvane().Form_QueryUnload();
     pacer_->stop();
     writeTrace(true);
+    saveSettings(true);
     if (about_) about_->close();
     QTimer::singleShot(0, qApp, [] { QCoreApplication::quit(); });
 }

@@ -14,6 +14,7 @@
 #include "platform/qt/image_surface.h"
 #include "platform/qt/picture_set.h"
 #include "platform/qt/qt_clock.h"
+#include "platform/headless/stored_world.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"
@@ -97,9 +98,14 @@ private:
     void recordFrameResize();
     void gameEnded(double highscoreBefore);
     void writeTrace(bool all);
+    // A frame remembered on a screen that is gone opens where it can be seen.
+    void keepFrameOnScreen();
+    // Commits the settings written since the last save; a failure is told once a run.
+    void saveSettings(bool closing = false);
 
     Options options_;
-    std::unique_ptr<SettingsStore> settings_;
+    QtSettingsStore settings_;
+    MemorySettings replaySettings_;  // a replay's: nothing it writes lasts
     QtSoundPlayer sound_;
     QtClock clock_;
     QtEventPump pump_;
@@ -120,6 +126,7 @@ private:
     int recordedState_ = kNormal;
     std::FILE* trace_ = nullptr;
     std::string traceBuffer_;
+    bool saveFailureShown_ = false;
 };
 
 }  // namespace quillop

@@ -1,23 +1,17 @@
-// The per-user settings store as an INI file (~/.config/Quillop/Quillop.conf), one
-// "Section/Key" entry per value, every value kept as text.
+// The per-user settings store as an INI file, ~/.config/Quillop/Quillop.conf (or under
+// $XDG_CONFIG_HOME), every value kept as text; in memory only when there is no usable home.
 #pragma once
 
-#include <QSettings>
+#include <QString>
 
-#include "game/world.h"
+#include "platform/files/settings_file.h"
 
 namespace quillop {
 
-class QtSettingsStore : public SettingsStore {
+class QtSettingsStore : public SettingsFile {
 public:
     QtSettingsStore();
-    std::string read(const std::string& section, const std::string& key,
-                     const std::string& fallback) override;
-    void write(const std::string& section, const std::string& key, const std::string& value) override;
-    QString fileName() const { return settings_.fileName(); }
-
-private:
-    QSettings settings_;
+    QString fileName() const { return QString::fromStdString(path()); }
 };
 
 }  // namespace quillop

@@ -1,6 +1,8 @@
 // The dialogs: the high-score entry (Enter and OK alike), the help window and the about box.
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "shell/frm_help.h"
@@ -110,6 +112,44 @@ private slots:
         QtSettingsStore store;
         QCOMPARE(store.read("Help", "Left", ""), std::string("2250"));
         QCOMPARE(store.read("Help", "Top", ""), std::string("1350"));
+    }
+
+    // A save that cannot happen says so once a run, in plain words with the place and the
+    // reason; the next saves are tried again without another message.
+    void failedSaveIsToldOnce() {
+        QTemporaryDir config;
+        const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
+        qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+        QFile blocker(config.filePath(QStringLiteral("Quillop")));  // a file where the folder should be
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        auto told = std::make_shared<QStringList>();
+        auto answering = std::make_shared<bool>(true);
+        auto answer = std::make_shared<std::function<void()>>();
+        *answer = [told, answering, answer] {
+            if (!*answering) return;
+            if (QWidget* modal = QApplication::activeModalWidget(); modal && modal->isVisible()) {
+                if (auto* help = dynamic_cast<FrmHelp*>(modal)) help->cmdClose->click();
+                if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+                    *told << box->text();
+                    box->button(QMessageBox::Ok)->click();
+                }
+            }
+            QTimer::singleShot(10, *answer);
+        };
+        QTimer::singleShot(10, *answer);
+        {
+            QuillopApp app(quiet());
+            app.Main();
+            app.openHelp();  // its close saves its place
+            app.frmMDI().close();
+        }
+        QTest::qWait(50);
+        *answering = false;
+        qputenv("XDG_CONFIG_HOME", saved);
+        QCOMPARE(told->size(), 1);
+        QVERIFY2(told->at(0).contains(config.filePath(QStringLiteral("Quillop"))) && told->at(0).contains("Not a directory"),
+                 qPrintable(told->at(0)));
     }
 
     void aboutBoxIsModelessAndSingle() {

@@ -4,6 +4,12 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "game/settings_values.h"
+#include "shell/classic.h"
+#include "shell/on_screen.h"
 #include "shell/quillop_app.h"
 #include "shell_rig.h"
 
@@ -48,6 +54,37 @@ private slots:
         QTRY_COMPARE(field.width(), 5620.0f);
         QTRY_COMPARE(field.height(), 3700.0f);
         QTRY_COMPARE(app.frmScore().width(), 367);  // 5500 twips
+    }
+
+    // A placement remembered from a desktop that has changed since: a screen gone, a title
+    // bar out of reach, too little showing, a size bigger than the screen.
+    void framePlacementIsCheckedAgainstTodaysScreens() {
+        const QRect a(0, 0, 1920, 1050), b(1920, 0, 1280, 1024);
+        const QRect onB(2000, 100, 800, 600);
+        QCOMPARE(placeOnScreens(onB, {a, b}), onB);
+        QCOMPARE(placeOnScreens(onB, {a}), QRect(20, 20, 800, 600));               // B unplugged
+        QCOMPARE(placeOnScreens(QRect(100, -40, 800, 600), {a, b}), QRect(20, 20, 800, 600));  // title bar above
+        QCOMPARE(placeOnScreens(QRect(1840, 100, 800, 600), {a}), QRect(20, 20, 800, 600));    // 80 px showing
+        QCOMPARE(placeOnScreens(QRect(1820, 100, 800, 600), {a}), QRect(1820, 100, 800, 600)); // 100 px
+        QCOMPARE(placeOnScreens(QRect(100, 1010, 800, 600), {a}), QRect(20, 20, 800, 600));    // 40 px high
+        QCOMPARE(placeOnScreens(QRect(1500, 10, 800, 600), {a, b}), QRect(1500, 10, 800, 600)); // across both
+        QCOMPARE(placeOnScreens(QRect(10, 10, 3000, 2000), {a, b}), QRect(10, 10, 1920, 1050));
+        QCOMPARE(placeOnScreens(QRect(-5000, 0, 3000, 2000), {b, a}), QRect(1920, 0, 1280, 1024));
+
+        // The frame itself, stored far off to the left and wider than this screen.
+        {
+            QtSettingsStore store;
+            writePlacement(store, "MDI", 300, -30000, 6000, 60000);
+            QCOMPARE(store.commit(), std::string());
+        }
+        QuillopApp app(quiet());
+        app.Main();
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        QVERIFY(screen.width() < 4000);
+        QCOMPARE(app.frmMDI().left(), twips(screen.left()));  // as wide as the screen, so moved in to fit
+        QCOMPARE(app.frmMDI().top(), twips(screen.top() + 20));
+        QTRY_COMPARE(app.frmMDI().width(), twips(screen.width()));
+        QCOMPARE(app.frmMDI().height(), 6000.0f);
     }
 
     void minimisingPausesAndPlacementSurvivesMaximised() {

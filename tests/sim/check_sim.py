@@ -159,6 +159,16 @@ def case_game():
 def case_highscore():
     plain = trace("full_game.scn")
     lines = trace("highscore.scn")
+    # Names that are not UTF-8 still give JSON, each stray byte as U+FFFD.
+    text = open(os.path.join(HERE, "highscore.scn"), "rb").read()
+    text = text.replace(b"highscorer Old Timer", b"highscorer Old\xff\xc3Timer").replace(b"name Zed Q", b"name Zed\xe2\x82Q")
+    rc, out, err = run(["-"], stdin=text)
+    try:
+        odd = [json.loads(l) for l in out.decode("utf-8").splitlines()]
+        check((odd[0]["highscorer"], odd[-1]["highscorer"]) == ("Old\ufffd\ufffdTimer", "Zed\ufffd\ufffdQ"),
+              "holders not UTF-8: %r" % ((odd[0]["highscorer"], odd[-1]["highscorer"]),))
+    except ValueError as e:
+        check(False, "holders not UTF-8: trace is not JSON: %s" % e)
     end = game_facts(lines, "highscore.scn", 11)
     shown = ("highscore", "highscorer", "caption")
     check(all({k: v for k, v in a.items() if k not in shown} == {k: v for k, v in b.items() if k not in shown}
@@ -265,11 +275,17 @@ def case_badinput():
         ("during 3 move 1 1\nduring 2 move 1 1\n", 2, "comes after"),
         ("answer maybe\n", 1, "answer"),
         ("expect 1 2\n", 1, "expect"),
+        ("tick 1\nsnapshot a\0b.png\n", 2, "a\\x00b.png"),  # not a file named "a"
+        ("fo\x1b[2Jo\xff 1\n", 1, "fo\\x1B[2Jo\\xFF"),        # shown, never sent to the terminal
     ]
-    for text, line, word in cases:
-        rc, out, err = run(["-"], stdin=text.encode())
-        check(rc == 2 and out == b"" and err.startswith("line %d: " % line) and word in err
-              and err.count("\n") == 1, "%r: exit %d, stdout %r, stderr %r" % (text, rc, out[:60], err))
+    with tempfile.TemporaryDirectory() as d:
+        for text, line, word in cases:
+            p = subprocess.run([SIM, "-"], input=text.encode("latin-1"), capture_output=True, cwd=d)
+            rc, out, err = p.returncode, p.stdout, p.stderr.decode("utf-8", "replace")
+            raw = any(b < 0x20 or b == 0x7F for b in p.stderr[:-1]) or "\ufffd" in err
+            check(rc == 2 and out == b"" and err.startswith("line %d: " % line) and word in err and not raw
+                  and err.count("\n") == 1, "%r: exit %d, stdout %r, stderr %r" % (text, rc, out[:60], err))
+        check(os.listdir(d) == [], "files written: %r" % os.listdir(d))
     rc, out, err = run(["/nonexistent/dir/scn"])
     check(rc == 2 and out == b"" and err.startswith("cannot read scenario /nonexistent/dir/scn: "),
           "missing file: %d %r" % (rc, err))

@@ -3,6 +3,7 @@
 #include <exception>
 #include <string>
 
+#include "platform/core/utf8_text.h"
 #include "tools/sim/headless.h"
 #include "replay/runner.h"
 #include "replay/scenario.h"
@@ -54,19 +55,19 @@ int run(const Scenario& scenario) {
         runner.runAll();
     } catch (const SnapshotError& e) {
         out.flush();
-        std::fprintf(stderr, "line %d: %s\n", e.line, e.message.c_str());
+        std::fprintf(stderr, "line %d: %s\n", e.line, visibleText(e.message).c_str());
         return 1;
     } catch (const ReplayError& e) {
         // A recording edited or damaged so that it no longer plays as it was recorded.
         out.flush();
-        std::fprintf(stderr, "line %d: %s\n", e.line, e.message.c_str());
+        std::fprintf(stderr, "line %d: %s\n", e.line, visibleText(e.message).c_str());
         return 4;
     } catch (const std::exception& e) {
         // A rule that overflows a counter is a bug in the game, reported where it happened.
         out.flush();
         const Command* current = runner.current();
         std::fprintf(stderr, "line %d, tick %llu: %s\n", current ? current->line : 0,
-                     static_cast<unsigned long long>(game.ticksRun() + 1), e.what());
+                     static_cast<unsigned long long>(game.ticksRun() + 1), visibleText(e.what()).c_str());
         return 3;
     }
     return 0;
