@@ -23,7 +23,11 @@ QWidget* nextTab(QWidget* w) {
 
 class DialogsTest : public QObject {
     Q_OBJECT
-    static QuillopApp::Options quiet() { return {false, false}; }
+    static QuillopApp::Options quiet() {
+        QuillopApp::Options options;
+        options.sound = options.timer = false;
+        return options;
+    }
 
 private slots:
     void init() { emptySettings(); }

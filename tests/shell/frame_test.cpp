@@ -18,7 +18,11 @@ using namespace quillop::test;
 
 class FrameTest : public QObject {
     Q_OBJECT
-    static QuillopApp::Options quiet() { return {false, false}; }
+    static QuillopApp::Options quiet() {
+        QuillopApp::Options options;
+        options.sound = options.timer = false;
+        return options;
+    }
 
 private slots:
     void init() { emptySettings(); }

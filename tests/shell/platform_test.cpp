@@ -111,7 +111,6 @@ private slots:
                  QSettings(store.fileName(), QSettings::IniFormat).value("Gorvane/Highscorer").toString());
     }
 
-<<<<<<< HEAD
     // The window class and the app id name the desktop entry that is installed; the
     // settings file stays where the players' best scores already are.
     void desktopIdentityNamesTheEntryAndKeepsTheSettings() {
@@ -122,12 +121,9 @@ private slots:
         QVERIFY(QtSettingsStore().fileName().endsWith(QStringLiteral("/.config/Quillop/Quillop.conf")));
     }
 
-    void handEditedValuesFallBack() {
-=======
     // A damaged line costs only its own value, and the file written afterwards is one that
     // QSettings reads in full: every value we read, it reads the same.
     void damagedSettingsLineCostsOnlyItself() {
->>>>>>> settings
         QtSettingsStore store;
         QDir().mkpath(QFileInfo(store.fileName()).path());
         auto put = [&](const QByteArray& text) {
