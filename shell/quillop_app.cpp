@@ -133,6 +133,7 @@ QuillopApp::QuillopApp(Options options)
 
 QuillopApp::~QuillopApp() {
     pacer_->stop();
+    if (keeping_.valid()) keeping_.wait();
     writeTrace(true);
     if (trace_) std::fclose(trace_);
     // The windows go before the program whose models they read.
@@ -239,7 +240,12 @@ void QuillopApp::gameEnded(double highscoreBefore) {
     if (!recorder_) return;
     const ModQuillop& mod = program_->mod;
     recorder_->expect(ticksRun_, mod.Score, program_->rnd.draws());
-    ReplayShelf(options_.replaysFolder).keep(recorder_->text(), mod.Score, mod.Score > highscoreBefore);
+    // Written on a thread of its own: the tick that ended the game must not wait for a disk.
+    if (keeping_.valid()) keeping_.wait();
+    keeping_ = std::async(std::launch::async, [folder = options_.replaysFolder, text = recorder_->text(),
+                                               score = mod.Score, best = mod.Score > highscoreBefore] {
+        ReplayShelf(folder).keep(text, score, best);
+    });
 }
 
 FrmHighscore& QuillopApp::frmHighscore() {

@@ -6,6 +6,7 @@
 #include <QString>
 #include <cstdio>
 #include <functional>
+#include <future>
 #include <optional>
 #include <memory>
 #include <string>
@@ -124,6 +125,7 @@ private:
     std::unique_ptr<replay::GameRecorder> recorder_;
     double loadWidth_ = 0, loadHeight_ = 0;  // the playfield's inner area as it loaded
     int recordedState_ = kNormal;
+    std::future<void> keeping_;  // the last recording being written, off the game's thread
     std::FILE* trace_ = nullptr;
     std::string traceBuffer_;
     bool saveFailureShown_ = false;

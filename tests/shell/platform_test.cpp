@@ -18,6 +18,7 @@
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"
 #include "shell/desktop_identity.h"
+#include "shell/replay_shelf.h"
 #include "shell_rig.h"
 
 using namespace quillop;
@@ -294,6 +295,24 @@ private slots:
         }
         qInfo("slowest play: %.3f ms (audible: %d)", worst / 1e6, int(player.audible()));
         QVERIFY(worst < 1'000'000);
+    }
+
+    // Recorded games: the one that set the current best score stays whatever follows it,
+    // an older best becomes an ordinary game, and of those only the newest twenty stay.
+    void replayShelfKeepsTheBestAndTheLastTwenty() {
+        QTemporaryDir dir;
+        ReplayShelf shelf(dir.path());
+        const QDateTime start(QDate(2026, 1, 1), QTime(12, 0));
+        QVERIFY(shelf.keep("first best\n", 900, true, start));
+        QVERIFY(shelf.keep("second best\n", 1000, true, start.addSecs(1)));
+        for (int k = 2; k < 30; ++k) QVERIFY(shelf.keep("game\n", k, false, start.addSecs(k)));
+        const QStringList kept = QDir(dir.path()).entryList({"*.scn"}, QDir::Files, QDir::Name);
+        QCOMPARE(kept.size(), ReplayShelf::kKeptOthers + 1);
+        QCOMPARE(kept.first(), QStringLiteral("2026-01-01_12-00-01_score-1000-best.scn"));
+        QCOMPARE(kept.at(1), QStringLiteral("2026-01-01_12-00-10_score-10.scn"));
+        QFile best(dir.filePath(kept.first()));
+        QVERIFY(best.open(QIODevice::ReadOnly));
+        QCOMPARE(best.readAll(), QByteArray("second best\n"));
     }
 };
 

@@ -1,5 +1,6 @@
 // quillop-bench: how many game ticks a second the rules run, alone (a surface that drops
-// all paint) and painting into the playfield's image with the real pictures.
+// all paint), recorded as the window records a game, and painting into the playfield's
+// image with the real pictures.
 //
 //   quillop-bench [TICKS_NULL [TICKS_IMAGE]]
 //   quillop-bench --random-scenario SEED [SNAPSHOT_PREFIX] > scenario.txt
@@ -11,6 +12,7 @@
 #include <string>
 
 #include "platform/qt/image_surface.h"
+#include "replay/recorder.h"
 #include "tools/sim/headless.h"
 
 using namespace quillop;
@@ -24,14 +26,20 @@ struct Outcome {
     int games = 0, serves = 0, bestLevel = 0;
     double kills = 0;
     std::uint64_t paintedRegions = 0;
+    std::size_t recordedBytes = 0;
 };
 
 // A player who keeps the paddle under the puck, drops a mine now and then, serves again
 // after every loss and starts a new game after every end: the field stays full and busy.
-Outcome playBusyGame(SurfaceKind kind, std::uint64_t ticks) {
+// With `record`, every command and tick also goes to a recorder, as in the window.
+Outcome playBusyGame(SurfaceKind kind, std::uint64_t ticks, bool record = false) {
     GameSetup setup;
     setup.seed = 4242;
     HeadlessGame game(setup, kind);
+    replay::GameRecorder recorder({setup.width, setup.height, setup.seed, 0, "Ormswell"});
+    auto note = [&](const std::string& line) {
+        if (record) recorder.command(line);
+    };
     Gorvane& g = game.playfield();
     ImageSurface* image = game.imageSurface();
     Outcome outcome;
@@ -41,17 +49,26 @@ Outcome playBusyGame(SurfaceKind kind, std::uint64_t ticks) {
     for (std::uint64_t k = 0; k < ticks; ++k) {
         if (g.cmdPlay.Visible != kFalse) {
             game.play();
+            note("play");
             ++outcome.games;
         }
         if (g.cmdDrop.Visible != kFalse) {
             game.drop();
+            note("drop");
             ++outcome.serves;
         }
         // A little off centre, so the kicks send the puck round the field.
         const double x = g.shapePuck.Left + g.shapePuck.Width / 2.0 + ((k / 97) % 3) * 6.0 - 6.0;
         game.move(x, h - 24.0);
-        if (k % 41 == 0) game.press(x, 40.0);
+        if (record) note("move " + replay::GameRecorder::number(static_cast<float>(x)) + " " +
+                         replay::GameRecorder::number(h - 24.0));
+        if (k % 41 == 0) {
+            game.press(x, 40.0);
+            note("press " + replay::GameRecorder::number(static_cast<float>(x)) + " 40");
+        }
+        if (record) recorder.tickBegins();
         game.timerEvent();
+        if (record) recorder.tickEnds();
         // The window takes the changed areas about once a frame, every 16 one-millisecond ticks.
         if (image && k % 16 == 15) outcome.paintedRegions += image->takeDirtyRegion().rectCount();
         if (g.Level > outcome.bestLevel) outcome.bestLevel = g.Level;
@@ -59,6 +76,7 @@ Outcome playBusyGame(SurfaceKind kind, std::uint64_t ticks) {
     outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     outcome.ticks = game.ticksRun();
     outcome.kills = g.KillCount;
+    if (record) outcome.recordedBytes = recorder.text().size();
     return outcome;
 }
 
@@ -140,7 +158,13 @@ int main(int argc, char** argv) {
         return randomScenario(std::strtoull(argv[2], nullptr, 10), argc >= 4 ? argv[3] : nullptr);
     const std::uint64_t nullTicks = argc >= 2 ? std::strtoull(argv[1], nullptr, 10) : 3000000;
     const std::uint64_t imageTicks = argc >= 3 ? std::strtoull(argv[2], nullptr, 10) : 300000;
-    report("null surface", playBusyGame(SurfaceKind::Null, nullTicks));
+    const Outcome plain = playBusyGame(SurfaceKind::Null, nullTicks);
+    report("null surface", plain);
+    const Outcome recorded = playBusyGame(SurfaceKind::Null, nullTicks, true);
+    report("null, recorded", recorded);
+    std::printf("recording: %.0f ns a tick with a move every tick, %.1f bytes a tick\n",
+                (recorded.seconds / recorded.ticks - plain.seconds / plain.ticks) * 1e9,
+                static_cast<double>(recorded.recordedBytes) / recorded.ticks);
     report("image surface", playBusyGame(SurfaceKind::Image, imageTicks));
     return 0;
 }
