@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/core/numbers.h"
+#include "game/base/numbers.h"
 
 namespace quillop {
 

@@ -1,7 +1,7 @@
 #include "game/dialog_rules.h"
 
 #include "game/settings_values.h"
-#include "platform/core/number_text.h"
+#include "game/base/number_text.h"
 
 namespace quillop {
 

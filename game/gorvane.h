@@ -10,8 +10,8 @@
 #include "game/mod_quillop.h"
 #include "game/pictures.h"
 #include "game/world.h"
-#include "platform/core/generator.h"
-#include "platform/core/numbers.h"
+#include "game/base/generator.h"
+#include "game/base/numbers.h"
 
 namespace quillop {
 

@@ -1,6 +1,6 @@
 #include "game/mod_quillop.h"
 
-#include "platform/core/number_text.h"
+#include "game/base/number_text.h"
 
 namespace quillop {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "game/world.h"
-#include "platform/core/numbers.h"
+#include "game/base/numbers.h"
 
 namespace quillop {
 

@@ -1,7 +1,7 @@
 // Loading the playfield, the ready state, a new game, a serve and the field reset.
 #include "game/gorvane.h"
 #include "game/settings_values.h"
-#include "platform/core/number_text.h"
+#include "game/base/number_text.h"
 
 namespace quillop {
 

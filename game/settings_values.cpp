@@ -4,8 +4,8 @@
 
 #include <cmath>
 
-#include "platform/core/number_text.h"
-#include "platform/core/numbers.h"
+#include "game/base/number_text.h"
+#include "game/base/numbers.h"
 
 namespace quillop {
 

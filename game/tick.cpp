@@ -1,6 +1,6 @@
 // One timer event of Timer1: the whole game advances one frame, in a fixed order.
 #include "game/gorvane.h"
-#include "platform/core/number_text.h"
+#include "game/base/number_text.h"
 
 namespace quillop {
 namespace {

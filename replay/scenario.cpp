@@ -9,7 +9,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "platform/core/utf8_text.h"
+#include "game/base/utf8_text.h"
 
 namespace quillop::replay {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <initializer_list>
 
-#include "platform/core/utf8_text.h"
+#include "game/base/utf8_text.h"
 
 namespace quillop::replay {
 namespace {

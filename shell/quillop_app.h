@@ -15,7 +15,7 @@
 #include "platform/qt/image_surface.h"
 #include "platform/qt/picture_set.h"
 #include "platform/qt/qt_clock.h"
-#include "platform/headless/stored_world.h"
+#include "replay/memory_settings.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"

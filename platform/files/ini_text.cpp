@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/core/utf8_text.h"
+#include "game/base/utf8_text.h"
 
 namespace quillop::ini {
 namespace {

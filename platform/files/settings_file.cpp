@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/core/number_text.h"
+#include "game/base/number_text.h"
 
 namespace quillop {
 namespace {

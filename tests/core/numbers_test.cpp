@@ -1,9 +1,9 @@
 // The classic number semantics and the text forms of numbers.
 #include <gtest/gtest.h>
 
-#include "platform/core/generator.h"
-#include "platform/core/number_text.h"
-#include "platform/core/numbers.h"
+#include "game/base/generator.h"
+#include "game/base/number_text.h"
+#include "game/base/numbers.h"
 
 namespace quillop {
 

@@ -9,7 +9,7 @@
 
 #include "game/gorvane.h"
 #include "game/world.h"
-#include "platform/headless/stored_world.h"
+#include "tools/sim/stored_world.h"
 
 namespace quillop::test {
 

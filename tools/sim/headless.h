@@ -19,7 +19,7 @@
 
 #include "game/program.h"
 #include "game/world.h"
-#include "platform/headless/stored_world.h"
+#include "tools/sim/stored_world.h"
 #include "replay/runner.h"
 
 namespace quillop {

@@ -3,7 +3,7 @@
 #include <exception>
 #include <string>
 
-#include "platform/core/utf8_text.h"
+#include "game/base/utf8_text.h"
 #include "tools/sim/headless.h"
 #include "replay/runner.h"
 #include "replay/scenario.h"

@@ -1,4 +1,4 @@
-#include "platform/core/number_text.h"
+#include "game/base/number_text.h"
 
 #include <charconv>
 #include <cmath>

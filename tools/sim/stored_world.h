@@ -1,31 +1,17 @@
 // Parts of the world made of plain values, for the game without windows (the headless tool,
-// the benchmark and the rules' tests): a settings store in memory, placed windows that only
-// remember what they are told, and a clock that moves only while the game waits.
+// the benchmark and the rules' tests): placed windows that only remember what they are
+// told, and a clock that moves only while the game waits. The settings store in memory is
+// replay/memory_settings.h, which the window's replay uses too.
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
-#include <vector>
 
 #include "game/frame.h"
 #include "game/world.h"
+#include "replay/memory_settings.h"
 
 namespace quillop {
-
-struct MemorySettings : SettingsStore {
-    std::map<std::string, std::string> values;  // "Section/Key"
-    std::vector<std::string> writes;            // "Section/Key=value", in order
-    std::string read(const std::string& section, const std::string& key,
-                     const std::string& fallback) override {
-        const auto it = values.find(section + "/" + key);
-        return it == values.end() ? fallback : it->second;
-    }
-    void write(const std::string& section, const std::string& key, const std::string& value) override {
-        values[section + "/" + key] = value;
-        writes.push_back(section + "/" + key + "=" + value);
-    }
-};
 
 // The placement and state of a window, in twips. A change of size or state calls
 // resized(), where a real window would raise its resize event; by default nothing happens.

@@ -1,4 +1,4 @@
-#include "platform/core/utf8_text.h"
+#include "game/base/utf8_text.h"
 
 #include <cstdio>
 
