@@ -15,7 +15,7 @@ void MdiFrame::Form_Load() {
     window_.setLeft(readTwips(settings_, "MDI", "Left", 300, TwipsUse::Position));
     window_.setHeight(readTwips(settings_, "MDI", "Height", 6000, TwipsUse::Size));
     window_.setWidth(readTwips(settings_, "MDI", "Width", 7000, TwipsUse::Size));
-    const int state = readWindowState(settings_, "MDI", kNormal);
+    const WindowState state = readWindowState(settings_, "MDI", kNormal);
     // A frame closed minimised comes back normal: nobody wants to start a game as an icon.
     if (state != kMinimized) window_.setWindowState(state);
 }

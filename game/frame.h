@@ -11,8 +11,6 @@
 
 namespace quillop {
 
-enum WindowState : int { kNormal = 0, kMinimized = 1, kMaximized = 2 };
-
 // The frame window as its rules see it: a placed window that also sizes the score panel.
 class FrameWindow : public PlacedWindow {
 public:

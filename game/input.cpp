@@ -9,7 +9,7 @@ void Gorvane::Form_Resize() {
     Catfish.Top = static_cast<Single>(H() - Catfish.Height * (1.0 / 6));
     PlaceButtons();
     PlaceInsertCoin();
-    if (window_.windowState() == 0) {
+    if (window_.windowState() == kNormal) {
         NormalTop = window_.top();
         NormalLeft = window_.left();
         NormalHeight = window_.height();

@@ -30,7 +30,7 @@ void Gorvane::Form_Load() {
     window_.setLeft(readTwips(settings_, "Gorvane", "Left", 100, TwipsUse::Position));
     window_.setHeight(readTwips(settings_, "Gorvane", "Height", 4000, TwipsUse::Size));
     window_.setWidth(readTwips(settings_, "Gorvane", "Width", 4000, TwipsUse::Size));
-    window_.setWindowState(readWindowState(settings_, "Gorvane", 0));
+    window_.setWindowState(readWindowState(settings_, "Gorvane", kNormal));
     mod_.Highscore = readHighscore(settings_);
     mod_.Highscorer = readHighscorer(settings_);
     mod_.GameLoaded = kTrue;
@@ -47,7 +47,7 @@ void Gorvane::Form_QueryUnload() {
 }
 
 void Gorvane::SaveGorvaneSettings() {
-    if (window_.windowState() != 0)
+    if (window_.windowState() != kNormal)
         writePlacement(settings_, "Gorvane", NormalTop, NormalLeft, NormalHeight, NormalWidth);
     else
         writePlacement(settings_, "Gorvane", window_.top(), window_.left(), window_.height(), window_.width());

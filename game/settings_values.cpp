@@ -41,12 +41,12 @@ float readTwips(SettingsStore& store, const std::string& section, const std::str
     return static_cast<float>(value);
 }
 
-int readWindowState(SettingsStore& store, const std::string& section, int fallback) {
+WindowState readWindowState(SettingsStore& store, const std::string& section, WindowState fallback) {
     double value = 0;
     if (!readNumber(store, section, "Windowstate", fallback, value)) return fallback;
     if (std::fabs(value) > 32767.0) return fallback;
     const int state = static_cast<int>(std::nearbyint(value));  // CInt: half to even
-    return state >= 0 && state <= 2 ? state : fallback;
+    return state >= kNormal && state <= kMaximized ? static_cast<WindowState>(state) : fallback;
 }
 
 double readHighscore(SettingsStore& store) {

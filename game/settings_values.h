@@ -18,8 +18,8 @@ enum class TwipsUse {
 float readTwips(SettingsStore& store, const std::string& section, const std::string& key,
                 float fallback, TwipsUse use);
 
-// A window state: 0 normal, 1 minimised, 2 maximised; anything else gives the fallback.
-int readWindowState(SettingsStore& store, const std::string& section, int fallback);
+// A stored window state; a number that is none gives the fallback.
+WindowState readWindowState(SettingsStore& store, const std::string& section, WindowState fallback);
 
 // The best score (a Double) and its holder (any text, kept verbatim).
 double readHighscore(SettingsStore& store);

@@ -64,8 +64,11 @@ public:
     virtual void waitBegins() {}
 };
 
-// A window the rules place: its placement in its parent (twips) and its window state
-// (0 normal, 1 minimised, 2 maximised). Each setter may raise the window's resize event.
+// A window's state, stored in the settings as this number.
+enum WindowState : int { kNormal = 0, kMinimized = 1, kMaximized = 2 };
+
+// A window the rules place: its placement in its parent (twips) and its window state.
+// Each setter may raise the window's resize event.
 class PlacedWindow {
 public:
     virtual ~PlacedWindow() = default;

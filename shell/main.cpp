@@ -1,10 +1,13 @@
 // Quillop: the windowed program.
-#include <QApplication>
+#include <cstdio>
+#include <exception>
 
 #include "shell/command_line.h"
 #include "shell/desktop_identity.h"
+#include "shell/game_application.h"
 #include "shell/quillop_app.h"
 #include "shell/replay_shelf.h"
+#include "shell/startup_log.h"
 #include "shell/window_replay.h"
 
 int main(int argc, char** argv) {
@@ -17,7 +20,7 @@ int main(int argc, char** argv) {
     // every frame waits for the X server's reply before painting the next; sending the
     // tiles over the socket costs less. Whoever sets the variable keeps their choice.
     if (!qEnvironmentVariableIsSet("QT_XCB_NO_MITSHM")) qputenv("QT_XCB_NO_MITSHM", "1");
-    QApplication app(argc, argv);
+    quillop::GameApplication app(argc, argv);
     quillop::startupMark("application");
     const quillop::CommandLine line = quillop::readCommandLine(QApplication::arguments(), true);
     if (line.exitStatus) return *line.exitStatus;

@@ -1,20 +1,21 @@
 #include "shell/quillop_app.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QMessageBox>
 #include <QTimer>
 #include <cstdio>
 #include <functional>
 #include <utility>
-#include <ctime>
 
+#include "game/base/utf8_text.h"
 #include "replay/trace.h"
 #include "shell/classic.h"
 #include "shell/frm_help.h"
+#include "shell/game_application.h"
 #include "shell/on_screen.h"
 #include "shell/replay_shelf.h"
+#include "shell/startup_log.h"
 
 namespace quillop {
 
@@ -41,19 +42,6 @@ private:
 
 }  // namespace
 
-void startupMark(const char* what) {
-    static const bool enabled = qEnvironmentVariableIntValue("QUILLOP_STARTUP_LOG") != 0;
-    static QElapsedTimer clock;
-    if (!enabled) return;
-    if (!clock.isValid()) {
-        clock.start();
-        timespec now{};
-        clock_gettime(CLOCK_REALTIME, &now);
-        std::fprintf(stderr, "startup epoch ns %lld\n", now.tv_sec * 1000000000LL + now.tv_nsec);
-    }
-    std::fprintf(stderr, "startup %7.1f ms  %s\n", clock.nsecsElapsed() / 1e6, what);
-}
-
 QuillopApp::QuillopApp() : QuillopApp(Options{}) {}
 
 namespace {
@@ -72,9 +60,28 @@ void prepareReplaySettings(const QuillopApp::Options& options, MemorySettings& m
 
 }  // namespace
 
-QuillopApp::QuillopApp(Options options)
-    : options_(options), surface_(pictures_, 0, 0) {
+QuillopApp::QuillopApp(Options options) : options_(options), surface_(pictures_, 0, 0) {
     startupMark("settings, sound, pictures");
+    prepareClock();
+    createWindows();
+    startupMark("windows");
+    program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, settingsStore(), surface_, *playfield_,
+                                                      *frame_, clock_, pump_});
+    startupMark("program");
+    wireFrame();
+    wirePlayfield();
+    wirePacer();
+    openTrace();
+    if (GameApplication* application = gameApplication())
+        application->onRuleFailure = [this](const std::exception& failure) { endOnRuleFailure(failure); };
+}
+
+SettingsStore& QuillopApp::settingsStore() {
+    if (options_.replaying) return replaySettings_;
+    return settings_;
+}
+
+void QuillopApp::prepareClock() {
     if (options_.replaying) {
         prepareReplaySettings(options_, replaySettings_);
         clock_.setSeed(options_.replaySeed);
@@ -85,53 +92,64 @@ QuillopApp::QuillopApp(Options options)
         loadWidth_ = playfield_->scaleWidth();
         loadHeight_ = playfield_->scaleHeight();
     };
+}
+
+void QuillopApp::createWindows() {
     frame_ = std::make_unique<FrmMDI>();
     score_ = new FrmScore(frame_->client());
     playfield_ = new FrmGorvane(frame_->client(), surface_);
     // Main shows them, after the frame.
     score_->hide();
     playfield_->hide();
+}
 
-    startupMark("windows");
-    program_ = std::make_unique<Program>(ProgramWorld{sound_, *this, options_.replaying ? static_cast<SettingsStore&>(replaySettings_) : settings_, surface_, *playfield_, *frame_,
-                                                      clock_, pump_});
-    startupMark("program");
-    playfield_->bind(*program_, [this] { afterEvent(); });
-    pump_.beforeEach = [this] { playfield_->refresh(); };
-    pump_.onWaitBegins = [this] {
-        if (recorder_) recorder_->waitBegins();
-    };
-    playfield_->onCommand = [this](const std::string& line) { record(line); };
-
+void QuillopApp::wireFrame() {
     frame_->onResize = [this] {
         program_->frame.Form_Resize();
         recordFrameResize();
         afterEvent();
     };
     frame_->onScorePanelWidth = [this](float twips) {
-        frmScore();  // touching the panel loads it
-        if (!scoreLoaded_) {
-            scoreLoaded_ = true;
-            score_->Form_Load();
-        }
+        loadScorePanel();
         score_->setWidthTwips(twips);
     };
     frame_->onNewGame = [this] { newGame(); };
     frame_->onHelpWindow = [this] { openHelp(); };
     frame_->onAbout = [this] { openAbout(); };
     frame_->onClose = [this] { closeAll(); };
+}
 
-    pacer_ = std::make_unique<TickPacer>(TickPacer::Hooks{
-        [this] { return program_->gorvaneLoaded() ? program_->gorvane().Timer1 : TimerModel{}; },
-        [this] { return program_->gorvaneLoaded() && program_->gorvane().tickRunning(); },
-        [this] { runTick(); }});
-    if (!options_.traceFile.isEmpty()) {
-        trace_ = std::fopen(QFile::encodeName(options_.traceFile).constData(), "wb");
-        if (!trace_) std::fprintf(stderr, "Quillop2: cannot write the trace to %s\n", qPrintable(options_.traceFile));
-    }
+void QuillopApp::wirePlayfield() {
+    playfield_->bind(*program_, [this] { afterEvent(); });
+    playfield_->onCommand = [this](const std::string& line) { record(line); };
+    pump_.beforeEach = [this] { playfield_->refresh(); };
+    pump_.onWaitBegins = [this] {
+        if (recorder_) recorder_->waitBegins();
+    };
+}
+
+void QuillopApp::wirePacer() {
+    pacer_ = std::make_unique<TickPacer>();
+    pacer_->timerModel = [this] { return program_->gorvaneLoaded() ? program_->gorvane().Timer1 : TimerModel{}; };
+    pacer_->busy = [this] { return program_->gorvaneLoaded() && program_->gorvane().tickRunning(); };
+    pacer_->onTick = [this] { runTick(); };
+}
+
+void QuillopApp::openTrace() {
+    if (options_.traceFile.isEmpty()) return;
+    trace_ = std::fopen(QFile::encodeName(options_.traceFile).constData(), "wb");
+    if (!trace_) std::fprintf(stderr, "Quillop2: cannot write the trace to %s\n", qPrintable(options_.traceFile));
+}
+
+void QuillopApp::loadScorePanel() {
+    // Touching the panel loads it, once.
+    if (scoreLoaded_) return;
+    scoreLoaded_ = true;
+    score_->Form_Load();
 }
 
 QuillopApp::~QuillopApp() {
+    if (GameApplication* application = gameApplication()) application->onRuleFailure = nullptr;
     pacer_->stop();
     if (keeping_.valid()) keeping_.wait();
     writeTrace(true);
@@ -151,10 +169,7 @@ void QuillopApp::Main() {
     // The frame's first resize has arranged (and so loaded) the playfield; make sure of it
     // where the window system sent no resize.
     if (!program_->gorvaneLoaded()) frame_->onResize();
-    if (!scoreLoaded_) {
-        scoreLoaded_ = true;
-        score_->Form_Load();
-    }
+    loadScorePanel();
     score_->show();
     playfield_->show();
     if (!options_.replaysFolder.isEmpty() && !options_.replaying) startRecording();
@@ -335,6 +350,22 @@ void QuillopApp::openAbout() {
     }
     about_ = new FrmAbout(frame_.get(), [this] { program_->mod.playSound("arsedeath.wav"); });
     about_->show();
+}
+
+void QuillopApp::endOnRuleFailure(const std::exception& failure) {
+    if (std::exchange(ruleFailed_, true)) return;
+    pacer_->stop();
+    writeTrace(true);
+    const std::string what = visibleText(failure.what());
+    std::fprintf(stderr, "Quillop2: tick %llu: %s\n", static_cast<unsigned long long>(ticksRun_ + 1), what.c_str());
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("Quillop"),
+                    QStringLiteral("The game has stopped: one of its rules failed (%1). This is a bug in "
+                                   "the game.\n\nYour best score and settings are as they were last saved.")
+                        .arg(QString::fromStdString(what)),
+                    QMessageBox::Ok, frame_.get());
+    box.setObjectName(QStringLiteral("ruleFailedBox"));
+    box.exec();
+    QCoreApplication::exit(3);
 }
 
 void QuillopApp::closeAll() {

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QString>
 #include <cstdio>
+#include <exception>
 #include <functional>
 #include <future>
 #include <optional>
@@ -15,7 +16,7 @@
 #include "platform/qt/image_surface.h"
 #include "platform/qt/picture_set.h"
 #include "platform/qt/qt_clock.h"
-#include "replay/memory_settings.h"
+#include "platform/qt/qt_event_pump.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"
@@ -24,13 +25,11 @@
 #include "shell/frm_highscore.h"
 #include "shell/frm_mdi.h"
 #include "shell/frm_score.h"
+#include "replay/memory_settings.h"
 #include "replay/recorder.h"
+#include "shell/startup_log.h"  // for the windows that mark their first paint
 
 namespace quillop {
-
-// With QUILLOP_STARTUP_LOG=1, prints to stderr how many milliseconds after the first call
-// (at the top of main) each step of the start-up was reached.
-void startupMark(const char* what);
 
 class QuillopApp : public Host {
 public:
@@ -94,6 +93,18 @@ public:
     ImageSurface& surface() { return surface_; }
 
 private:
+    // The constructor's steps, in order.
+    void prepareClock();
+    void createWindows();
+    SettingsStore& settingsStore();
+    void wireFrame();
+    void wirePlayfield();
+    void wirePacer();
+    void openTrace();
+
+    void loadScorePanel();
+    // A rule failed (a bug): the game stops with a message and the program with status 3.
+    void endOnRuleFailure(const std::exception& failure);
     void closeAll();
     void startRecording();
     void recordFrameResize();
@@ -129,6 +140,7 @@ private:
     std::FILE* trace_ = nullptr;
     std::string traceBuffer_;
     bool saveFailureShown_ = false;
+    bool ruleFailed_ = false;
 };
 
 }  // namespace quillop

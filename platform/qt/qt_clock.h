@@ -1,4 +1,4 @@
-// The clock and the event pump the game's waits use.
+// The clock the game's waits and its generator's seed read.
 #pragma once
 
 #include <functional>
@@ -12,6 +12,7 @@ namespace quillop {
 // clock: the explosion's short waits last whole steps of it.
 class QtClock : public Clock {
 public:
+    static constexpr int kStepsPerSecond = 64;
     double secondsSinceMidnight() override;
     std::uint32_t randomSeed() override;
     // A replayed game seeds the generator as the recorded one did.
@@ -21,18 +22,6 @@ public:
 
 private:
     std::optional<std::uint32_t> fixedSeed_;
-};
-
-// Processes pending window events (paints, mouse, menus) while the game waits. `beforeEach`
-// lets the windows show what the game has changed so far before the events run.
-class QtEventPump : public EventPump {
-public:
-    void processPendingEvents() override;
-    void waitBegins() override {
-        if (onWaitBegins) onWaitBegins();
-    }
-    std::function<void()> beforeEach;
-    std::function<void()> onWaitBegins;
 };
 
 }  // namespace quillop

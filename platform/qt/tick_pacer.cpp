@@ -16,7 +16,7 @@ qint64 TickPacer::periodNs(int intervalMs) {
     return std::max<qint64>(steps, 1) * kStepNs;
 }
 
-TickPacer::TickPacer(Hooks hooks, QObject* parent) : QObject(parent), hooks_(std::move(hooks)) {
+TickPacer::TickPacer(QObject* parent) : QObject(parent) {
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, &TickPacer::onTimer);
@@ -43,7 +43,7 @@ void TickPacer::sync() {
 }
 
 bool TickPacer::noticeChanges(qint64 now) {
-    const TimerModel model = hooks_.model();
+    const TimerModel model = timerModel();
     const bool enabled = model.Enabled != kFalse;
     if (enabled == enabled_ && model.Interval == interval_) return false;
     // Enabling the timer or setting its interval starts its count anew.
@@ -58,7 +58,7 @@ void TickPacer::onTimer() {
     if (!running_) return;
     qint64 now = clock_.nsecsElapsed();
     noticeChanges(now);
-    if (enabled_ && !hooks_.busy()) {
+    if (enabled_ && !busy()) {
         const qint64 period = periodNs(interval_);
         qint64 due = (now - anchorNs_) / period - ticksSinceAnchor_;
         if (due > kMaxBacklog) {
@@ -68,8 +68,7 @@ void TickPacer::onTimer() {
         }
         for (qint64 k = 0; k < std::min(due, 1 + kMaxCatchUp); ++k) {
             ++ticksSinceAnchor_;
-            ++ticksRun_;
-            hooks_.tick();
+            onTick();
             if (!running_) return;
             now = clock_.nsecsElapsed();
             if (noticeChanges(now)) break;  // the tick (or a wait inside it) re-timed Timer1

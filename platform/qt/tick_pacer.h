@@ -18,37 +18,33 @@ namespace quillop {
 class TickPacer : public QObject {
     Q_OBJECT
 public:
-    struct Hooks {
-        std::function<TimerModel()> model;  // Timer1 as it is now (disabled when unloaded)
-        std::function<bool()> busy;         // a tick is still running (waiting inside)
-        std::function<void()> tick;         // one Timer1 event, and whatever follows it
-    };
-
     static constexpr qint64 kStepNs = 15'625'000;  // 1/64 s
     // The period of an interval in milliseconds: whole clock steps, at least one.
     static qint64 periodNs(int intervalMs);
 
-    explicit TickPacer(Hooks hooks, QObject* parent = nullptr);
+    explicit TickPacer(QObject* parent = nullptr);
+    // What the pacer asks and does; all three are set before start().
+    std::function<TimerModel()> timerModel;  // Timer1 as it is now (disabled when unloaded)
+    std::function<bool()> busy;              // a tick is still running (waiting inside)
+    std::function<void()> onTick;            // one Timer1 event, and whatever follows it
+
     void start();
     void stop();
     // Reads Timer1 again at once, so enabling or re-timing it restarts its count now rather
     // than at the next poll.
     void sync();
-    qint64 ticksRun() const { return ticksRun_; }
 
 private:
     void onTimer();
     bool noticeChanges(qint64 now);
     void armNext(qint64 now);
 
-    Hooks hooks_;
     QTimer timer_;
     QElapsedTimer clock_;
     bool enabled_ = false;
     int interval_ = -1;
     qint64 anchorNs_ = 0;   // when the timer was last (re)started
     qint64 ticksSinceAnchor_ = 0;
-    qint64 ticksRun_ = 0;
     bool running_ = false;
 };
 

@@ -9,6 +9,7 @@
 
 #include "game/settings_values.h"
 #include "shell/classic.h"
+#include "shell/game_application.h"
 #include "shell/on_screen.h"
 #include "shell/quillop_app.h"
 #include "shell_rig.h"
@@ -162,6 +163,28 @@ private slots:
         QVERIFY(app.frmGorvane().cmdPlay->isVisible());
     }
 
+    // A counter that overflows in a tick is a bug: the game stops with a message instead of
+    // the exception escaping the timer's event (which ends the process at once).
+    void failingRuleStopsTheGameWithAMessage() {
+        QuillopApp::Options options = quiet();
+        options.timer = true;
+        QuillopApp app(options);
+        app.Main();
+        app.frmGorvane().cmdPlay->click();
+        app.program().gorvane().SeekerTimer = 32767;  // the next tick counts past an Integer
+        QString box, text;
+        whenModal([&](QWidget* w) {
+            box = w->objectName();
+            text = qobject_cast<QMessageBox*>(w)->text();
+            qobject_cast<QMessageBox*>(w)->button(QMessageBox::Ok)->click();
+        });
+        QTRY_COMPARE(box, QStringLiteral("ruleFailedBox"));
+        QVERIFY(text.contains(QStringLiteral("Integer overflow")));
+        const std::uint64_t ticks = app.ticksRun();
+        QTest::qWait(100);
+        QCOMPARE(app.ticksRun(), ticks);  // no tick runs after it
+    }
+
     void scorePanelShowsTheTick() {
         QuillopApp app(quiet());
         app.Main();
@@ -225,5 +248,10 @@ private slots:
     }
 };
 
-QTEST_MAIN(FrameTest)
+// The program's own application object, which catches what a rule throws.
+int main(int argc, char** argv) {
+    GameApplication application(argc, argv);
+    FrameTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "frame_test.moc"

@@ -14,6 +14,7 @@
 #include "platform/qt/image_surface.h"
 #include "platform/qt/picture_set.h"
 #include "platform/qt/qt_clock.h"
+#include "platform/qt/qt_event_pump.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"
@@ -141,7 +142,7 @@ private slots:
         QCOMPARE(readTwips(store, "MDI", "Height", 6000, TwipsUse::Size), 6000.0f);
         QCOMPARE(readTwips(store, "MDI", "Top", 300, TwipsUse::Position), -250.5f);
         QCOMPARE(readTwips(store, "MDI", "Left", 300, TwipsUse::Position), 300.0f);
-        QCOMPARE(readWindowState(store, "MDI", 0), 0);
+        QCOMPARE(readWindowState(store, "MDI", kNormal), kNormal);
 
         // Random damage, then a save: QSettings must read every value we read.
         const QByteArray valid = "[Gorvane]\nTop=400\nHighscore=4321\nHighscorer=\"a \\\"b\\\"; c\"\n[Help]\nLeft=200\n"
@@ -219,7 +220,10 @@ private slots:
     void pacerRunsAtSixtyFourTicksASecond() {
         TimerModel timer{kTrue, 1};
         int ticks = 0;
-        TickPacer pacer({[&] { return timer; }, [] { return false; }, [&] { ++ticks; }});
+        TickPacer pacer;
+        pacer.timerModel = [&] { return timer; };
+        pacer.busy = [] { return false; };
+        pacer.onTick = [&] { ++ticks; };
         pacer.start();
         QElapsedTimer elapsed;
         elapsed.start();
@@ -235,7 +239,10 @@ private slots:
         TimerModel timer{kTrue, 600};
         bool busy = false;
         int ticks = 0;
-        TickPacer pacer({[&] { return timer; }, [&] { return busy; }, [&] { ++ticks; }});
+        TickPacer pacer;
+        pacer.timerModel = [&] { return timer; };
+        pacer.busy = [&] { return busy; };
+        pacer.onTick = [&] { ++ticks; };
         pacer.start();
         QTest::qWait(1300);
         QCOMPARE(ticks, 2);  // at 609 and 1219 ms
