@@ -1,4 +1,4 @@
-// Resource paths and the program icon.
+// Resource paths.
 #include "resources/assets.h"
 
 namespace quillop::assets {
@@ -9,13 +9,6 @@ QString spritePath(const char* pictureName) {
 
 QString soundPath(const QString& fileName) {
     return QStringLiteral(":/sounds/") + fileName;
-}
-
-QIcon programIcon() {
-    QIcon icon;
-    icon.addFile(QStringLiteral(":/icons/quillop_32.xpm"), QSize(32, 32));
-    icon.addFile(QStringLiteral(":/icons/quillop_16.xpm"), QSize(16, 16));
-    return icon;
 }
 
 }  // namespace quillop::assets

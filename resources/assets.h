@@ -1,8 +1,6 @@
-// Where the program's pictures and sounds live among its embedded resources, and the
-// program icon built from them.
+// Where the program's pictures and sounds live among its embedded resources.
 #pragma once
 
-#include <QIcon>
 #include <QString>
 
 namespace quillop::assets {
@@ -18,8 +16,5 @@ inline constexpr char kDefaultSound[] = ":/sounds/default.wav";
 QString spritePath(const char* pictureName);
 // ":/sounds/<file>" for a bare sound file name such as "begin.wav".
 QString soundPath(const QString& fileName);
-
-// The round program icon, 32 and 16 pixels.
-QIcon programIcon();
 
 }  // namespace quillop::assets

@@ -1,5 +1,7 @@
 // The Qt services: the settings file, the timer's pace, the sound call and the wave reader.
 #include <QElapsedTimer>
+#include <QIcon>
+#include <QGuiApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -120,6 +122,11 @@ private slots:
         const QString id = QGuiApplication::desktopFileName();
         QVERIFY(QFile::exists(QStringLiteral(QUILLOP_SOURCE_DIR "/resources/") + id + QStringLiteral(".desktop")));
         QCOMPARE(QCoreApplication::applicationName(), id);
+        // The round icon every window shows, at the two sizes the desktop asks for.
+        const QIcon icon = QGuiApplication::windowIcon();
+        QCOMPARE(icon.availableSizes(), (QList<QSize>{{32, 32}, {16, 16}}));
+        const QImage icon32 = icon.pixmap(32, 32).toImage();
+        QVERIFY(qAlpha(icon32.pixel(0, 0)) == 0 && qAlpha(icon32.pixel(16, 16)) == 255);
         QVERIFY(QtSettingsStore().fileName().endsWith(QStringLiteral("/.config/Quillop/Quillop.conf")));
     }
 
