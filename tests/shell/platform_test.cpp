@@ -1,4 +1,5 @@
 // The Qt services: the settings file, the timer's pace, the sound call and the wave reader.
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSettings>
@@ -13,6 +14,7 @@
 #include "platform/qt/qt_clock.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
+#include "platform/qt/wave_file.h"
 #include "platform/qt/tick_pacer.h"
 #include "shell_rig.h"
 
@@ -201,7 +203,7 @@ private slots:
         QVERIFY(ticks > stopped && ticks <= stopped + 16);  // no burst for the refused time
     }
 
-    void waveReaderMixesAndResamples() {
+    void waveReaderMixesResamplesAndRefusesWhatNoSoundCanBe() {
         QByteArray pcm;
         for (int k = 0; k < 4; ++k) pcm.append(char(0x80 + 64)).append(char(0x80 - 64 + k * 32));  // 8-bit stereo
         Wave w;
@@ -214,19 +216,39 @@ private slots:
         QCOMPARE(int(up.samples.size()), 8);
         QCOMPARE(int(up.samples[1]), 8 * 256);  // halfway between 0 and 16 * 256
         QVERIFY(!decodeWave(QByteArray("RIFF....WAVEjunk"), w));
-        QVERIFY(!decodeWave(wave(22050, 1, 24, QByteArray(6, '\0')), w));
+        // The edges of what is taken: 8,000 to 96,000 Hz, 1 or 2 channels, 8 or 16 bits, 10 s.
+        QVERIFY(decodeWave(wave(8000, 1, 8, QByteArray(80000, '\x80')), w));
+        QVERIFY(decodeWave(wave(96000, 2, 16, QByteArray(8, '\0')), w));
+        const struct { int rate, channels, bits, bytes; } refused[] = {
+            {1, 1, 16, 1 << 20},  // one hertz: resampling it would ask for gigabytes
+            {7999, 1, 16, 4}, {96001, 1, 16, 4}, {22050, 3, 16, 6}, {22050, 1, 24, 6}, {22050, 0, 16, 4},
+            {8000, 1, 8, 80001},  // a frame over ten seconds
+        };
+        for (const auto& r : refused)
+            QVERIFY2(!decodeWave(wave(r.rate, r.channels, r.bits, QByteArray(r.bytes, '\0')), w),
+                     qPrintable(QStringLiteral("%1 Hz %2 ch %3 bit").arg(r.rate).arg(r.channels).arg(r.bits)));
     }
 
-    void soundLookupPrefersTheCurrentDirectory() {
-        QCOMPARE(locateSound("drop.wav"), QStringLiteral(":/sounds/drop.wav"));
-        QVERIFY(locateSound("nosuch.wav").isEmpty());
-        QVERIFY(locateSound("../drop.wav").isEmpty());
-        QFile local(QDir::current().filePath("drop.wav"));
-        QVERIFY(local.open(QIODevice::WriteOnly));
-        local.write(wave(22050, 1, 16, QByteArray(4, '\0')));
-        local.close();
-        QCOMPARE(locateSound("drop.wav"), QDir::current().filePath("drop.wav"));
-        local.remove();
+    // A file of the sound's name in the current directory comes first; one that is refused
+    // (or too big to read) plays the built-in sound of that name instead.
+    void soundsComeFromTheCurrentDirectoryOrTheBuiltInOnes() {
+        const auto builtIn = loadSound("drop.wav", 22050);
+        QVERIFY(builtIn && builtIn->samples.size() > 100);
+        QVERIFY(!loadSound("nosuch.wav", 22050));
+        QVERIFY(!loadSound("../drop.wav", 22050));
+        auto put = [](const char* name, const QByteArray& bytes) {
+            QFile f(QDir::current().filePath(QString::fromLatin1(name)));
+            QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            f.write(bytes);
+        };
+        put("drop.wav", wave(22050, 1, 16, QByteArray(4, '\0')));
+        QCOMPARE(int(loadSound("drop.wav", 22050)->samples.size()), 2);
+        put("drop.wav", wave(1, 1, 16, QByteArray(1 << 20, '\x11')));
+        QVERIFY(loadSound("drop.wav", 22050)->samples == builtIn->samples);
+        put("begin.wav", wave(22050, 1, 16, QByteArray(int(WaveLimits::kMaxFileBytes), '\0')));
+        QVERIFY(loadSound("begin.wav", 22050)->samples == loadWaveFile(QStringLiteral(":/sounds/begin.wav"), 22050)->samples);
+        QFile::remove(QDir::current().filePath(QStringLiteral("drop.wav")));
+        QFile::remove(QDir::current().filePath(QStringLiteral("begin.wav")));
     }
 
     void playingASoundNeverWaits() {
