@@ -40,8 +40,6 @@ void PulseOutput::run(int rate, const std::function<void()>& poll) {
     rate_ = rate;
     connect();
     while (!stopping_) {
-        if (contextLost_) dropConnection();
-        if (streamLost_) closeStream();
         poll();
         keepTime();
         const int ms = msToNextDeadline();
@@ -56,7 +54,7 @@ void PulseOutput::run(int rate, const std::function<void()>& poll) {
 void PulseOutput::play(std::shared_ptr<const Wave> wave, Clock::time_point askedAt) {
     pending_ = std::move(wave);
     pendingAskedAt_ = askedAt;
-    if (!ready_) return;  // played when the server answers, if it is still fresh then
+    if (!ready_) return;  // played when the stream is ready, if it is still fresh then
     if (!stream_)
         openStream();
     else
@@ -103,15 +101,22 @@ void PulseOutput::openStream() {
     attr.prebuf = 0;  // never wait for more data: a silent gap just plays silence
     attr.minreq = static_cast<std::uint32_t>(-1);
     attr.fragsize = static_cast<std::uint32_t>(-1);
-    if (pa_stream_connect_playback(stream_, nullptr, &attr, PA_STREAM_ADJUST_LATENCY, nullptr, nullptr) < 0)
-        streamLost_ = true;
-    closeAt_ = Clock::now() + kIdleClose;
+    const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_START_CORKED);
+    if (pa_stream_connect_playback(stream_, nullptr, &attr, flags, nullptr, nullptr) < 0) streamLost_ = true;
+    paused_ = true;
+}
+
+void PulseOutput::rest(bool paused) {
+    if (paused_ == paused) return;
+    paused_ = paused;
+    if (pa_operation* op = pa_stream_cork(stream_, paused ? 1 : 0, nullptr, nullptr)) pa_operation_unref(op);
+    restAt_ = Clock::time_point::max();
 }
 
 void PulseOutput::closeStream() {
     streamLost_ = false;
     streamReady_ = false;
-    closeAt_ = Clock::time_point::max();
+    restAt_ = Clock::time_point::max();
     if (!stream_) return;
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
     pa_stream_disconnect(stream_);
@@ -124,24 +129,28 @@ void PulseOutput::writePending() {
     const std::shared_ptr<const Wave> wave = std::move(pending_);
     const Clock::time_point now = Clock::now();
     if (now - pendingAskedAt_ > kStaleAfter) return;
+    rest(false);
     // What is still queued is the sound being cut off: drop it so the new one starts now.
     if (pa_operation* flushed = pa_stream_flush(stream_, nullptr, nullptr)) pa_operation_unref(flushed);
     if (!wave->samples.empty())
         pa_stream_write(stream_, wave->samples.data(), wave->samples.size() * sizeof(std::int16_t), nullptr, 0,
                         PA_SEEK_RELATIVE);
-    closeAt_ = now + std::chrono::milliseconds(wave->samples.size() * 1000 / std::max(1, rate_)) + kIdleClose;
+    restAt_ = now + std::chrono::milliseconds(wave->samples.size() * 1000 / std::max(1, rate_)) + kIdleRest;
 }
 
 void PulseOutput::keepTime() {
+    if (contextLost_) dropConnection();
+    if (streamLost_) closeStream();
     const Clock::time_point now = Clock::now();
     if (!context_ && now >= reconnectAt_) connect();
-    if (stream_ && now >= closeAt_) closeStream();
+    if (streamReady_ && now >= restAt_) rest(true);
 }
 
 int PulseOutput::msToNextDeadline() const {
+    if (contextLost_ || streamLost_) return 0;  // a connection that failed at once
     Clock::time_point next = Clock::time_point::max();
     if (!context_) next = reconnectAt_;
-    if (stream_) next = std::min(next, closeAt_);
+    if (streamReady_) next = std::min(next, restAt_);
     if (next == Clock::time_point::max()) return -1;
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(next - Clock::now()).count() + 1;
     return static_cast<int>(std::clamp<long long>(ms, 0, 60000));
@@ -152,7 +161,7 @@ void PulseOutput::onContextState(pa_context* c, void* self) {
     switch (pa_context_get_state(c)) {
     case PA_CONTEXT_READY:
         out->ready_ = true;
-        if (out->pending_) out->openStream();
+        out->openStream();
         break;
     case PA_CONTEXT_FAILED:
     case PA_CONTEXT_TERMINATED:

@@ -2,10 +2,11 @@
 // protocol (PulseAudio itself, or PipeWire's PulseAudio service). Everything here runs on
 // the sound thread, inside run(); only wake() and stop() may be called from elsewhere.
 //
-// A sound is written whole the moment it is asked for, after dropping what is still queued,
-// so it starts after the server's own short buffer and nothing else. The stream is closed
-// a few seconds after the last sound has ended, so the device can rest, and opened again by
-// the next sound. A lost server is looked for again every second.
+// The stream is opened as soon as the server answers, so no sound waits for that. A sound is
+// written whole the moment it is asked for, after dropping what is still queued, so it
+// starts after the server's own short buffer and nothing else. The stream is paused (corked)
+// a few seconds after the last sound has ended, so the device can rest, and resumed by the
+// next sound. A lost server is looked for again every second.
 #pragma once
 
 #include <atomic>
@@ -24,8 +25,8 @@ namespace quillop {
 class PulseOutput {
 public:
     using Clock = std::chrono::steady_clock;
-    // How long the stream stays open after the last sound has ended.
-    static constexpr std::chrono::milliseconds kIdleClose{3000};
+    // How long the stream keeps running after the last sound has ended.
+    static constexpr std::chrono::milliseconds kIdleRest{3000};
     // How often a missing or lost server is looked for.
     static constexpr std::chrono::milliseconds kReconnectEvery{1000};
     // A sound that waited longer than this for the server is dropped, not played late.
@@ -52,6 +53,7 @@ private:
     void dropConnection();
     void openStream();
     void closeStream();
+    void rest(bool paused);
     void writePending();
     void keepTime();
     int msToNextDeadline() const;
@@ -68,10 +70,11 @@ private:
     bool contextLost_ = false;
     bool streamReady_ = false;
     bool streamLost_ = false;
+    bool paused_ = false;
     std::shared_ptr<const Wave> pending_;
     Clock::time_point pendingAskedAt_{};
     Clock::time_point reconnectAt_{};
-    Clock::time_point closeAt_ = Clock::time_point::max();
+    Clock::time_point restAt_ = Clock::time_point::max();
 };
 
 }  // namespace quillop
