@@ -297,8 +297,16 @@ e2e_start_sound_server() {
         pactl info >/dev/null 2>&1 && break
         sleep 0.1
     done
-    pactl load-module module-null-sink sink_name=e2e >/dev/null \
-        && pactl set-default-sink e2e || die "no null sink: $(tail -5 "$WORK/pipewire-pulse.log")"
+    # the service may answer before the graph is ready for a new sink
+    for t in $(seq 50); do
+        pactl load-module module-null-sink sink_name=e2e >/dev/null 2>&1 && break
+        sleep 0.1
+    done
+    for t in $(seq 50); do
+        pactl set-default-sink e2e 2>/dev/null && break
+        sleep 0.1
+    done
+    pactl info | grep -q 'Default Sink: e2e$' || die "no null sink: $(tail -5 "$WORK/pipewire-pulse.log")"
     log "pipewire up: $(pactl info | grep -E 'Server Name|Default Sink' | tr '\n' ' ')"
 }
 
