@@ -5,7 +5,6 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <map>
@@ -64,13 +63,17 @@ private:
 }  // namespace
 
 // What the game's thread and the sound thread share; it outlives a sound thread left
-// behind at exit.
+// behind at exit. The latest request waits in a one-place mailbox that neither side ever
+// waits for: a newer request replaces one not yet taken.
 struct QtSoundPlayer::Shared {
+    struct Request {
+        std::string name;
+        PulseOutput::Clock::time_point askedAt;
+    };
+    ~Shared() { delete mailbox.load(); }
+
     PulseOutput output;
-    std::mutex mutex;
-    std::string name;
-    std::uint64_t serial = 0;
-    PulseOutput::Clock::time_point askedAt{};
+    std::atomic<Request*> mailbox{nullptr};
     std::atomic<bool> audible{false};
     std::mutex doneMutex;
     std::condition_variable doneSignal;
@@ -81,20 +84,10 @@ namespace {
 
 void runSoundThread(const std::shared_ptr<QtSoundPlayer::Shared>& shared) {
     SoundLibrary library;
-    std::uint64_t served = 0;
     shared->output.run(library.rate(), [&] {
         shared->audible = shared->output.connected();
-        std::string name;
-        PulseOutput::Clock::time_point askedAt;
-        {
-            std::lock_guard<std::mutex> lock(shared->mutex);
-            if (shared->serial == served) return;
-            served = shared->serial;
-            name = shared->name;
-            askedAt = shared->askedAt;
-        }
-        // Only the latest request: older ones would have been cut off before they started.
-        shared->output.play(library.wave(name), askedAt);
+        const std::unique_ptr<QtSoundPlayer::Shared::Request> request(shared->mailbox.exchange(nullptr));
+        if (request) shared->output.play(library.wave(request->name), request->askedAt);
     });
     std::lock_guard<std::mutex> lock(shared->doneMutex);
     shared->done = true;
@@ -124,12 +117,8 @@ void QtSoundPlayer::start() {
 
 void QtSoundPlayer::playSound(const std::string& fileName) {
     logRequest(fileName);
-    {
-        std::lock_guard<std::mutex> lock(shared_->mutex);
-        shared_->name = fileName;
-        ++shared_->serial;
-        shared_->askedAt = PulseOutput::Clock::now();
-    }
+    auto* request = new Shared::Request{fileName, PulseOutput::Clock::now()};
+    delete shared_->mailbox.exchange(request);
     if (thread_.joinable()) shared_->output.wake();
 }
 
