@@ -63,6 +63,7 @@ void PulseOutput::play(std::shared_ptr<const Wave> wave, Clock::time_point asked
 
 void PulseOutput::connect() {
     reconnectAt_ = Clock::now() + kReconnectEvery;
+    giveUpAt_ = Clock::now() + kAnswerWithin;
     pa_proplist* props = pa_proplist_new();
     pa_proplist_sets(props, PA_PROP_APPLICATION_NAME, kMixerName);
     pa_proplist_sets(props, PA_PROP_APPLICATION_ID, kAppId);
@@ -77,6 +78,7 @@ void PulseOutput::connect() {
 void PulseOutput::dropConnection() {
     contextLost_ = false;
     ready_ = false;
+    giveUpAt_ = Clock::time_point::max();
     closeStream();
     if (!context_) return;
     pa_context_set_state_callback(context_, nullptr, nullptr);
@@ -142,14 +144,14 @@ void PulseOutput::keepTime() {
     if (contextLost_) dropConnection();
     if (streamLost_) closeStream();
     const Clock::time_point now = Clock::now();
+    if (context_ && now >= giveUpAt_) dropConnection();
     if (!context_ && now >= reconnectAt_) connect();
     if (streamReady_ && now >= restAt_) rest(true);
 }
 
 int PulseOutput::msToNextDeadline() const {
     if (contextLost_ || streamLost_) return 0;  // a connection that failed at once
-    Clock::time_point next = Clock::time_point::max();
-    if (!context_) next = reconnectAt_;
+    Clock::time_point next = context_ ? giveUpAt_ : reconnectAt_;
     if (streamReady_) next = std::min(next, restAt_);
     if (next == Clock::time_point::max()) return -1;
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(next - Clock::now()).count() + 1;
@@ -161,6 +163,7 @@ void PulseOutput::onContextState(pa_context* c, void* self) {
     switch (pa_context_get_state(c)) {
     case PA_CONTEXT_READY:
         out->ready_ = true;
+        out->giveUpAt_ = Clock::time_point::max();
         out->openStream();
         break;
     case PA_CONTEXT_FAILED:

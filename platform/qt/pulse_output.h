@@ -27,8 +27,10 @@ public:
     using Clock = std::chrono::steady_clock;
     // How long the stream keeps running after the last sound has ended.
     static constexpr std::chrono::milliseconds kIdleRest{3000};
-    // How often a missing or lost server is looked for.
+    // How often a missing or lost server is looked for, and how long one that takes the
+    // connection but does not answer is waited for.
     static constexpr std::chrono::milliseconds kReconnectEvery{1000};
+    static constexpr std::chrono::milliseconds kAnswerWithin{5000};
     // A sound that waited longer than this for the server is dropped, not played late.
     static constexpr std::chrono::milliseconds kStaleAfter{2000};
 
@@ -74,6 +76,7 @@ private:
     std::shared_ptr<const Wave> pending_;
     Clock::time_point pendingAskedAt_{};
     Clock::time_point reconnectAt_{};
+    Clock::time_point giveUpAt_ = Clock::time_point::max();
     Clock::time_point restAt_ = Clock::time_point::max();
 };
 
