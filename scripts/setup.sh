@@ -6,10 +6,11 @@
 # usage: scripts/setup.sh [--test] [--dry-run]
 #   --dry-run  only shows what apt-get would do (no update, no sudo, nothing changed)
 # QUILLOP_SOUND_SERVER=pipewire|pulseaudio picks the tests' sound server (default: the one
-# installed). QUILLOP_DPKG_ADMINDIR names another dpkg database to plan against (default /var/lib/dpkg);
-# the tests use it with a copied one.
+# installed). QUILLOP_DPKG_ADMINDIR names another dpkg database to plan against (default
+# /var/lib/dpkg); the tests use it with a copied one.
 set -eu
 
+# A package is added by naming it in one of the two lists below.
 # Building and playing: the compiler, Qt and the PulseAudio client library (the game talks
 # to whichever sound server the desktop runs; it needs none of its own).
 PLAY_PACKAGES="cmake g++ make pkgconf qt6-base-dev qt6-svg-dev libqt6svg6 qt6-image-formats-plugins

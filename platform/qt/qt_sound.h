@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "game/world.h"
-#include "platform/qt/wave_file.h"
 
 namespace quillop {
 
