@@ -278,7 +278,7 @@ e2e_start_sound_server() {
     fi
     local bus=unix:path=$XDG_RUNTIME_DIR/bus t
     command -v pipewire-pulse >/dev/null && command -v wireplumber >/dev/null \
-        || die "neither pulseaudio nor pipewire-pulse with wireplumber is installed"
+        || die "no sound server to start: pipewire-pulse and wireplumber are not installed (nor pulseaudio)"
     if [ -z "${PW_BUS_PID:-}" ]; then
         dbus-daemon --session --address="$bus" --nofork --nopidfile >>"$WORK/dbus.log" 2>&1 &
         PW_BUS_PID=$!
