@@ -108,10 +108,10 @@ void PulseOutput::openStream() {
 }
 
 void PulseOutput::rest(bool paused) {
+    restAt_ = Clock::time_point::max();
     if (paused_ == paused) return;
     paused_ = paused;
     if (pa_operation* op = pa_stream_cork(stream_, paused ? 1 : 0, nullptr, nullptr)) pa_operation_unref(op);
-    restAt_ = Clock::time_point::max();
 }
 
 void PulseOutput::closeStream() {
