@@ -1,5 +1,6 @@
 #!/bin/sh
-# Installs what is missing, builds Quillop and starts it.
+# Installs what building and playing need (never a sound server, never removing a package),
+# builds Quillop and starts it.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh

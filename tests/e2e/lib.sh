@@ -275,3 +275,62 @@ e2e_default_artifacts() {
     [ "$dir" = / ] && dir=$(dirname "$GAME_BIN")
     echo "$dir/e2e-artifacts"
 }
+
+# A private sound server with a null sink "e2e" as the default: the one installed, PulseAudio
+# first, else PipeWire with its PulseAudio service (and WirePlumber, which wants a session
+# bus: it gets one of its own). QUILLOP_E2E_SOUND_SERVER=pipewire|pulseaudio picks one.
+e2e_start_sound_server() {
+    SOUND_SERVER=${QUILLOP_E2E_SOUND_SERVER:-}
+    if [ -z "$SOUND_SERVER" ]; then
+        if command -v pulseaudio >/dev/null; then SOUND_SERVER=pulseaudio; else SOUND_SERVER=pipewire; fi
+    fi
+    if [ "$SOUND_SERVER" = pulseaudio ]; then
+        e2e_start_pulse
+        return
+    fi
+    local bus=unix:path=$XDG_RUNTIME_DIR/bus t
+    command -v pipewire-pulse >/dev/null && command -v wireplumber >/dev/null \
+        || die "no sound server to start: pipewire-pulse and wireplumber are not installed (nor pulseaudio)"
+    if [ -z "${PW_BUS_PID:-}" ]; then
+        dbus-daemon --session --address="$bus" --nofork --nopidfile >>"$WORK/dbus.log" 2>&1 &
+        PW_BUS_PID=$!
+        E2E_PIDS+=($PW_BUS_PID)
+        for t in $(seq 50); do [ -S "$XDG_RUNTIME_DIR/bus" ] && break; sleep 0.1; done
+    fi
+    PW_PIDS=()
+    local prog
+    for prog in pipewire wireplumber pipewire-pulse; do
+        DBUS_SESSION_BUS_ADDRESS=$bus $prog >>"$WORK/$prog.log" 2>&1 &
+        PW_PIDS+=($!)
+        E2E_PIDS+=($!)
+        [ $prog = pipewire ] && sleep 0.3
+    done
+    for t in $(seq 50); do
+        pactl info >/dev/null 2>&1 && break
+        sleep 0.1
+    done
+    # the service may answer before the graph is ready for a new sink
+    for t in $(seq 50); do
+        pactl load-module module-null-sink sink_name=e2e >/dev/null 2>&1 && break
+        sleep 0.1
+    done
+    for t in $(seq 50); do
+        pactl set-default-sink e2e 2>/dev/null && break
+        sleep 0.1
+    done
+    pactl info | grep -q 'Default Sink: e2e$' || die "no null sink: $(tail -5 "$WORK/pipewire-pulse.log")"
+    log "pipewire up: $(pactl info | grep -E 'Server Name|Default Sink' | tr '\n' ' ')"
+}
+
+# Kills the sound server the way a crash or a restart by the user does.
+e2e_stop_sound_server() {
+    if [ "$SOUND_SERVER" = pulseaudio ]; then
+        pulseaudio --kill
+        local t
+        for t in $(seq 50); do pactl info >/dev/null 2>&1 || break; sleep 0.1; done
+    else
+        kill -9 "${PW_PIDS[@]}" 2>/dev/null || true
+        wait "${PW_PIDS[@]}" 2>/dev/null || true
+    fi
+    log "$SOUND_SERVER stopped"
+}
