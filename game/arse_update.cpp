@@ -41,7 +41,7 @@ void Gorvane::UpdateArse(SpriteRecord& arse, double mx, double my, const Double&
         if (PuckDead != kTrue && overlaps(arse, mine) && arse.Active == kTrue && mine.Active != kFalse) {
             ArseKilled = kTrue;
             arse.Active = kFalse;
-            mod_.playSound("arsedeath.wav");
+            mod_.playSound(Sound::ArseDeath);
             paint(mine.Mask, mine.Left, mine.Top);
             mine.Active = kFalse;
         }
@@ -52,7 +52,7 @@ void Gorvane::UpdateArse(SpriteRecord& arse, double mx, double my, const Double&
         PuckDead == kFalse && arse.Active == kTrue && puckVisible()) {
         arse.Active = kFalse;
         ArseKilled = kTrue;
-        mod_.playSound("arsedeath.wav");
+        mod_.playSound(Sound::ArseDeath);
         if (Energized == kFalse) {  // an energized puck kills without harm
             Lives = Lives - 1;
             BlowUp();
@@ -122,7 +122,7 @@ void Gorvane::Win() {
     PuckInPlay = kFalse;
     mod_.GameOver = kTrue;
     ParkPuck();
-    mod_.playSound("goodjob.wav");
+    mod_.playSound(Sound::GoodJob);
     if (mod_.Score > mod_.Highscore) mod_.host().showHighscoreDialog();
     mod_.ShowHighscoreCaption();
 }

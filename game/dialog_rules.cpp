@@ -83,7 +83,7 @@ HelpRules::Position HelpRules::Form_Load() {
     place.Top = readTwips(settings_, "Help", "Top", 400, TwipsUse::Position);
     place.Left = readTwips(settings_, "Help", "Left", 200, TwipsUse::Position);
     game_.Timer1.Enabled = kFalse;  // the game pauses while help is open
-    mod_.playSound("arsedeath.wav");
+    mod_.playSound(Sound::ArseDeath);
     return place;
 }
 

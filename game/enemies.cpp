@@ -87,7 +87,7 @@ void Gorvane::UpdateFormation() {
 void Gorvane::LaunchSeekers() {
     SeekerTimer = SeekerTimer + 1;
     auto launch = [&](SpriteRecord& seeker) {
-        mod_.playSound("seeker3.wav");
+        mod_.playSound(Sound::Seeker);
         seeker.Top = static_cast<Single>(rnd_.next() * H());
         seeker.Left = -seeker.Width;
         seeker.Active = kTrue;

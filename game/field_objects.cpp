@@ -19,7 +19,7 @@ void Gorvane::energizePuckLook() {
 }
 
 void Gorvane::MoveCatfish() {
-    paint(Pic::Mask75x75, Catfish.Left, Catfish.Top);  // its record has no mask of its own
+    paint(Catfish.Mask, Catfish.Left, Catfish.Top);
     Catfish.Left = static_cast<Single>(Catfish.Left - Speed3);
     paint(Catfish.Picture, Catfish.Left, Catfish.Top);
     if (rounded(static_cast<double>(L()) - Catfish.Width) > Catfish.Left) Catfish.Left = W() - L();
@@ -32,7 +32,7 @@ void Gorvane::MoveCatfish() {
         shapePuck.Top = Catfish.Top - shapePuck.Height;
         XMove = 0;
         YMove = -25;
-        mod_.playSound("catfish.wav");
+        mod_.playSound(Sound::Catfish);
         mod_.Score = mod_.Score + 200;
     }
 }
@@ -77,7 +77,7 @@ void Gorvane::MoveEnergypod() {
         XMove = -XMove;  // sent back the way it came
         YMove = -YMove;
         Pointspod.Active = kTrue;  // the Pointspod uncloaks
-        mod_.playSound("energypod.wav");
+        mod_.playSound(Sound::Energypod);
         mod_.Score = mod_.Score + 500;
         CalcPuckEdges();
     }
@@ -135,7 +135,7 @@ void Gorvane::MovePointspod() {
         YMove = -YMove;
         PaddleWidth = static_cast<Single>(WidePaddleWidth);
         PaddleImage = 1;
-        mod_.playSound("pointspod.wav");
+        mod_.playSound(Sound::Pointspod);
         mod_.Score = mod_.Score + 1500;
         Energized = kTrue;
         energizePuckLook();
@@ -157,7 +157,7 @@ void Gorvane::MoveSidestopper() {
     if (touchesPuck(rod, *this) && rod.Active == kTrue && puckVisible()) {
         XMove = 0;
         YMove = 0;
-        mod_.playSound("sidestopper.wav");
+        mod_.playSound(Sound::Sidestopper);
         mod_.Score = mod_.Score + 50;
     }
 }

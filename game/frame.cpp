@@ -68,7 +68,7 @@ void MdiFrame::mnuNewGame_Click() {
         playfield_().NewGame();
         return;
     }
-    mod_.playSound("catfish.wav");
+    mod_.playSound(Sound::Catfish);
     if (mod_.host().askYesNo("Chickening out of the current game?"))
         playfield_().NewGame();
 }

@@ -6,6 +6,7 @@
 
 #include "game/world.h"
 #include "game/base/numbers.h"
+#include "game/sounds.h"
 
 namespace quillop {
 
@@ -21,8 +22,8 @@ struct ModQuillop {
 
     // Plays the wave file named by SoundFile; callers assign SoundFile first.
     void PlaySoundFile() { sound_.playSound(SoundFile); }
-    void playSound(const char* name) {
-        SoundFile = name;
+    void playSound(Sound sound) {
+        SoundFile = soundFile(sound);
         PlaySoundFile();
     }
 

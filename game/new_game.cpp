@@ -57,36 +57,36 @@ void Gorvane::SaveGorvaneSettings() {
 }
 
 void Gorvane::LoadSprites() {
-    auto load = [](SpriteRecord& r, Pic picture, Pic mask, Single height, Single width) {
+    auto load = [](SpriteRecord& r, Pic picture, Single height, Single width) {
         r.Picture = picture;
-        r.Mask = mask;
+        r.Mask = eraserOf(picture);
         r.Height = height;
         r.Width = width;
         r.Active = kFalse;
     };
     auto size = [](Pic p) { return pictureSize(p); };
     for (i = 0; i <= 7; ++i) {
-        load(ArseRowA[i], Pic::Club, Pic::Arsemask, 22, 24);
-        load(ArseRowB[i], Pic::Diamond, Pic::Mask24x22, 22, 24);
+        load(ArseRowA[i], Pic::Club, 22, 24);
+        load(ArseRowB[i], Pic::Diamond, 22, 24);
     }
-    load(Knight, Pic::Knight, Pic::Mask24x22, 22, 24);
-    load(Queen, Pic::Queen, Pic::Queenmask, 22, 24);
-    for (i = 0; i <= 5; ++i) load(Mines[i], picAt(Pic::Mine0, i), Pic::Minemask, 22, 24);
-    load(Sidestopper, Pic::Sidestopper, Pic::Mask10x75, size(Pic::Sidestopper).height,
+    load(Knight, Pic::Knight, 22, 24);
+    load(Queen, Pic::Queen, 22, 24);
+    for (i = 0; i <= 5; ++i) load(Mines[i], picAt(Pic::Mine0, i), 22, 24);
+    load(Sidestopper, Pic::Sidestopper, size(Pic::Sidestopper).height,
          size(Pic::Sidestopper).width);
-    load(Pointspod, Pic::Pointspod, Pic::Mask40x40, size(Pic::Pointspod).height, size(Pic::Pointspod).width);
-    load(Catfish, Pic::Catfish, Pic::None, size(Pic::Catfish).height, size(Pic::Catfish).width);
+    load(Pointspod, Pic::Pointspod, size(Pic::Pointspod).height, size(Pic::Pointspod).width);
+    load(Catfish, Pic::Catfish, size(Pic::Catfish).height, size(Pic::Catfish).width);
     Catfish.Left = -Catfish.Width;
-    for (i = 0; i <= 3; ++i) load(Seekers[i], Pic::Seeker, Pic::Seekermask, 15, 15);
+    for (i = 0; i <= 3; ++i) load(Seekers[i], Pic::Seeker, 15, 15);
     Explosion.Height = 32;
     Explosion.Width = 32;
     for (i = 0; i <= 5; ++i) {
         ExplosionFrames[i] = picAt(Pic::Explosion0, i);
-        ExplosionMasks[i] = picAt(Pic::Explosionmask0, i);
+        ExplosionMasks[i] = eraserOf(ExplosionFrames[i]);
     }
     for (i = 0; i <= 3; ++i) {
         EnergypodFrames[i] = picAt(Pic::Energypod0, i);
-        EnergypodMasks[i] = picAt(Pic::Energypodmask0, i);
+        EnergypodMasks[i] = eraserOf(EnergypodFrames[i]);
     }
     EnergypodSprite.Height = size(Pic::Energypod0).height;
     EnergypodSprite.Width = size(Pic::Energypod0).width;
@@ -94,8 +94,8 @@ void Gorvane::LoadSprites() {
     PaddleEdgeY1 = 0;
     PaddleImages[0] = Pic::Paddle0;
     PaddleImages[1] = Pic::Paddle1;
-    PaddleMasks[0] = Pic::Paddlemask0;
-    PaddleMasks[1] = Pic::Paddlemask1;
+    PaddleMasks[0] = eraserOf(Pic::Paddle0);
+    PaddleMasks[1] = eraserOf(Pic::Paddle1);
     PaddleImage = 0;
 }
 
@@ -104,7 +104,7 @@ void Gorvane::StartOver() {
     mod_.Score = 0;
     mod_.host().setScoreLabel(numberText(mod_.Score));
     surface_.setBackColor(kBlack);
-    mod_.playSound("begin.wav");
+    mod_.playSound(Sound::Begin);
     ResetField();
     shapePuck.Visible = kFalse;
     cmdPlay.Visible = kTrue;
@@ -221,14 +221,14 @@ void Gorvane::cmdPlay_Click() {
     ResetField();
     ArmArseRowA();
     Timer1.Enabled = kTrue;
-    mod_.playSound("drop.wav");
+    mod_.playSound(Sound::Drop);
 }
 
 void Gorvane::cmdDrop_Click() {
     setdropvars();
     shapePuck.Visible = kTrue;
     cmdDrop.Visible = kFalse;
-    mod_.playSound("drop.wav");
+    mod_.playSound(Sound::Drop);
 }
 
 void Gorvane::NewGame() {

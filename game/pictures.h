@@ -44,4 +44,7 @@ bool isIcon(Pic picture);
 // Resource base name, e.g. "imgClub" or "imgMine_3".
 const char* pictureName(Pic picture);
 
+// The eraser the game paints over the picture to remove it; None for an eraser itself.
+Pic eraserOf(Pic picture);
+
 }  // namespace quillop

@@ -11,7 +11,7 @@ void Gorvane::MovePuck() {
     // Side and top bounces draw the step factor back toward 1.
     auto sideBounce = [&] {
         Increment = std::pow(Increment, 0.6);
-        mod_.playSound("sidebounce.wav");
+        mod_.playSound(Sound::SideBounce);
     };
 
     if (rounded(static_cast<double>(puck.Left) + puck.Width) > W()) {
@@ -32,7 +32,7 @@ void Gorvane::MovePuck() {
     if (rounded(static_cast<double>(H()) - T()) < rounded(static_cast<double>(puck.Top) + puck.Height)) {
         YMove = -YMove;
         puck.Top = static_cast<Single>(static_cast<double>(H()) - puck.Width);
-        mod_.playSound("bottombounce.wav");
+        mod_.playSound(Sound::BottomBounce);
     }
 
     // The horizontal test is not symmetric about the centre: centre against the left end,
@@ -47,7 +47,7 @@ void Gorvane::MovePuck() {
         XMove = XMove + PaddleDeflection;
         YMove = -YMove;
         puck.Top = static_cast<Single>(newTop);
-        mod_.playSound("paddlebounce.wav");
+        mod_.playSound(Sound::PaddleBounce);
     };
     // Struck from above: the puck is put back on the paddle line.
     if (PuckBelowPaddle == kFalse && rounded(static_cast<double>(puck.Top) + puck.Height) > PaddleEdgeY1 &&

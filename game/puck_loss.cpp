@@ -26,7 +26,7 @@ void Gorvane::BlowUp() {
     shapePuck.FillStyle = kFillSolid;
     shapePuck.FillColor = kExplodedRed;
     shapePuck.Visible = kFalse;
-    mod_.playSound("blowup.wav");
+    mod_.playSound(Sound::Blowup);
 
     // Centred on the hidden puck where it was hit, in Singles; each loop counts with its
     // own variable, not the shared i.

@@ -55,7 +55,7 @@ void Gorvane::EndOfGame() {
     cmdPlay.Visible = kTrue;
     shapePuck.Visible = kFalse;
     mod_.GameOver = kTrue;
-    mod_.playSound("gameover.wav");
+    mod_.playSound(Sound::GameOver);
     if (mod_.Score > mod_.Highscore) mod_.host().showHighscoreDialog();
     mod_.ShowHighscoreCaption();
 }

@@ -348,7 +348,7 @@ void QuillopApp::openAbout() {
         about_->activateWindow();
         return;
     }
-    about_ = new FrmAbout(frame_.get(), [this] { program_->mod.playSound("arsedeath.wav"); });
+    about_ = new FrmAbout(frame_.get(), [this] { program_->mod.playSound(Sound::ArseDeath); });
     about_->show();
 }
 

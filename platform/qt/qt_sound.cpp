@@ -10,6 +10,7 @@
 #include <map>
 #include <mutex>
 
+#include "game/sounds.h"
 #include "platform/qt/pulse_output.h"
 #include "resources/assets.h"
 
@@ -19,12 +20,6 @@ namespace {
 constexpr int kDefaultRate = 22050;
 // A sound system that hangs must not hang the exit too: then the thread is left behind.
 constexpr auto kExitWait = std::chrono::milliseconds(500);
-
-const char* const kKnownSounds[] = {
-    "begin.wav",     "drop.wav",      "sidebounce.wav", "bottombounce.wav", "paddlebounce.wav",
-    "catfish.wav",   "energypod.wav", "pointspod.wav",  "sidestopper.wav",  "seeker3.wav",
-    "blowup.wav",    "arsedeath.wav", "gameover.wav",   "goodjob.wav",
-};
 
 // With QUILLOP_SOUND_LOG set, every sound asked for is written to stderr with the wall
 // clock's time, so the delay to its being heard can be measured from outside.
@@ -42,7 +37,7 @@ public:
     SoundLibrary() {
         fallback_ = loadWaveFile(QString::fromLatin1(assets::kDefaultSound), 0);
         rate_ = fallback_ ? fallback_->rate : kDefaultRate;
-        for (const char* name : kKnownSounds) wave(name);
+        for (const char* name : kSoundFiles) wave(name);
     }
     int rate() const { return rate_; }
     std::shared_ptr<const Wave> wave(const std::string& name) {

@@ -20,14 +20,13 @@ std::uint16_t le16(const char* p) {
     return static_cast<std::uint16_t>(u[0] | (u[1] << 8));
 }
 
-struct WaveLayout {
-    int format = 0, channels = 0, rate = 0, bits = 0;
-    const char* pcm = nullptr;
-    qsizetype pcmBytes = 0;
-};
+}  // namespace
 
-WaveLayout readChunks(const char* data, qsizetype size) {
+WaveLayout readWaveLayout(const QByteArray& bytes) {
+    const char* data = bytes.constData();
+    const qsizetype size = bytes.size();
     WaveLayout layout;
+    if (size < 12 || std::memcmp(data, "RIFF", 4) != 0 || std::memcmp(data + 8, "WAVE", 4) != 0) return layout;
     for (qsizetype at = 12; at + 8 <= size;) {
         const qsizetype length = le32(data + at + 4);
         const char* body = data + at + 8;
@@ -48,6 +47,8 @@ WaveLayout readChunks(const char* data, qsizetype size) {
     return layout;
 }
 
+namespace {
+
 bool withinLimits(const WaveLayout& w) {
     if (w.format != 1 || !w.pcm) return false;
     if (w.channels < 1 || w.channels > WaveLimits::kMaxChannels) return false;
@@ -60,10 +61,7 @@ bool withinLimits(const WaveLayout& w) {
 }  // namespace
 
 bool decodeWave(const QByteArray& bytes, Wave& out) {
-    const char* data = bytes.constData();
-    if (bytes.size() < 12 || std::memcmp(data, "RIFF", 4) != 0 || std::memcmp(data + 8, "WAVE", 4) != 0)
-        return false;
-    const WaveLayout w = readChunks(data, bytes.size());
+    const WaveLayout w = readWaveLayout(bytes);
     if (!withinLimits(w)) return false;
     const int frameBytes = w.channels * w.bits / 8;
     const qsizetype frames = w.pcmBytes / frameBytes;

@@ -28,6 +28,15 @@ struct WaveLimits {
     static constexpr qint64 kMaxFileBytes = qint64(kMaxRate) * kMaxChannels * 2 * kMaxSeconds + 65536;
 };
 
+// A RIFF wave's format and where its samples are, as the file states them; zeros (and no
+// samples) where the file is not a wave or lacks the chunk.
+struct WaveLayout {
+    int format = 0, channels = 0, rate = 0, bits = 0;  // format 1: uncompressed PCM
+    const char* pcm = nullptr;                          // into the bytes read
+    qsizetype pcmBytes = 0;
+};
+WaveLayout readWaveLayout(const QByteArray& bytes);
+
 // Reads an uncompressed PCM RIFF wave (1 or 2 channels, 8 or 16 bits, within WaveLimits)
 // into mono 16-bit; false for anything else.
 bool decodeWave(const QByteArray& bytes, Wave& out);

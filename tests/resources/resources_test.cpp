@@ -5,11 +5,13 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QSvgRenderer>
-#include <QtEndian>
 #include <map>
 #include <set>
+#include <vector>
 
 #include "game/pictures.h"
+#include "game/sounds.h"
+#include "platform/qt/wave_file.h"
 #include "resources/assets.h"
 
 using quillop::Pic;
@@ -42,21 +44,13 @@ QRect figureArea(const QImage& image) {
 
 // Each sprite and the eraser the game paints over it. The second Jester picture (mines 3 to 5)
 // is left out: the game erases it with the first Jester's eraser, smaller than its figure.
-const std::map<Pic, Pic>& erasers() {
-    static const std::map<Pic, Pic> table = {
-        {Pic::Club, Pic::Arsemask},          {Pic::Diamond, Pic::Mask24x22},
-        {Pic::Knight, Pic::Mask24x22},       {Pic::Queen, Pic::Queenmask},
-        {Pic::Seeker, Pic::Seekermask},      {Pic::Mine0, Pic::Minemask},
-        {Pic::Mine1, Pic::Minemask},         {Pic::Mine2, Pic::Minemask},
-        {Pic::Energypod0, Pic::Energypodmask0}, {Pic::Energypod1, Pic::Energypodmask1},
-        {Pic::Energypod2, Pic::Energypodmask2}, {Pic::Energypod3, Pic::Energypodmask3},
-        {Pic::Pointspod, Pic::Mask40x40},    {Pic::Sidestopper, Pic::Mask10x75},
-        {Pic::Catfish, Pic::Mask75x75},
-        {Pic::Explosion0, Pic::Explosionmask0}, {Pic::Explosion1, Pic::Explosionmask1},
-        {Pic::Explosion2, Pic::Explosionmask2}, {Pic::Explosion3, Pic::Explosionmask3},
-        {Pic::Explosion4, Pic::Explosionmask4}, {Pic::Explosion5, Pic::Explosionmask5},
-        {Pic::Paddle0, Pic::Paddlemask0},    {Pic::Paddle1, Pic::Paddlemask1},
-    };
+std::map<Pic, Pic> erasers() {
+    std::map<Pic, Pic> table;
+    for (int i = 1; i < quillop::kPictureCount; ++i) {
+        const Pic p = static_cast<Pic>(i);
+        const bool secondJester = p >= Pic::Mine3 && p <= Pic::Mine5;
+        if (quillop::eraserOf(p) != Pic::None && !secondJester) table[p] = quillop::eraserOf(p);
+    }
     return table;
 }
 
@@ -127,51 +121,21 @@ TEST(Pictures, WindowPicturesAreThere) {
     EXPECT_TRUE(QSvgRenderer(QStringLiteral(":/icons/quillop.svg")).isValid());
 }
 
-struct WaveFormat {
-    quint16 tag = 0, channels = 0, bits = 0;
-    quint32 rate = 0, dataBytes = 0;
-};
-
-// Walks the RIFF chunks; a malformed file leaves fields at zero.
-WaveFormat readWave(const QByteArray& file) {
-    WaveFormat format;
-    if (file.size() < 12 || !file.startsWith("RIFF") || file.mid(8, 4) != "WAVE") return format;
-    const auto* bytes = reinterpret_cast<const uchar*>(file.constData());
-    qsizetype at = 12;
-    while (at + 8 <= file.size()) {
-        const QByteArray id = file.mid(at, 4);
-        const quint32 size = qFromLittleEndian<quint32>(bytes + at + 4);
-        if (id == "fmt " && at + 24 <= file.size()) {
-            format.tag = qFromLittleEndian<quint16>(bytes + at + 8);
-            format.channels = qFromLittleEndian<quint16>(bytes + at + 10);
-            format.rate = qFromLittleEndian<quint32>(bytes + at + 12);
-            format.bits = qFromLittleEndian<quint16>(bytes + at + 22);
-        } else if (id == "data") {
-            format.dataBytes = size;
-        }
-        at += 8 + size + (size & 1);
-    }
-    return format;
-}
-
 TEST(Sounds, EveryEventSoundIsAShortDistinctMonoPcmWave) {
-    const char* names[] = {"begin.wav",      "drop.wav",          "sidebounce.wav",
-                           "bottombounce.wav", "paddlebounce.wav", "catfish.wav",
-                           "energypod.wav",  "pointspod.wav",     "sidestopper.wav",
-                           "seeker3.wav",    "blowup.wav",        "arsedeath.wav",
-                           "gameover.wav",   "goodjob.wav",       "default.wav"};
+    std::vector<QString> paths = {QString::fromLatin1(quillop::assets::kDefaultSound)};
+    for (const char* name : quillop::kSoundFiles) paths.push_back(quillop::assets::soundPath(QString::fromLatin1(name)));
     std::set<QByteArray> contents;
-    for (const char* name : names) {
-        SCOPED_TRACE(name);
-        QFile file(quillop::assets::soundPath(QString::fromLatin1(name)));
+    for (const QString& path : paths) {
+        SCOPED_TRACE(path.toStdString());
+        QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const QByteArray data = file.readAll();
-        const WaveFormat f = readWave(data);
-        EXPECT_EQ(f.tag, 1);
+        const quillop::WaveLayout f = quillop::readWaveLayout(data);
+        EXPECT_EQ(f.format, 1);
         EXPECT_EQ(f.channels, 1);
         EXPECT_EQ(f.bits, 16);
-        EXPECT_EQ(f.rate, 22050u);
-        const double seconds = f.dataBytes / (2.0 * 22050);
+        EXPECT_EQ(f.rate, 22050);
+        const double seconds = f.pcmBytes / (2.0 * 22050);
         EXPECT_GT(seconds, 0.02);
         EXPECT_LT(seconds, 1.5);
         EXPECT_TRUE(contents.insert(data).second) << "same as another sound";

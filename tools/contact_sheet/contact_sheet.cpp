@@ -22,28 +22,6 @@ constexpr int kSheetWidth = 1480;
 constexpr int kGap = 14;
 constexpr int kLabelHeight = 30;
 
-// The eraser the game paints over each sprite (several sprites share one).
-Pic eraserOf(Pic p) {
-    using quillop::picAt;
-    const int i = static_cast<int>(p);
-    auto in = [i](Pic first, int count) {
-        return i >= static_cast<int>(first) && i < static_cast<int>(first) + count;
-    };
-    if (p == Pic::Club) return Pic::Arsemask;
-    if (p == Pic::Diamond || p == Pic::Knight) return Pic::Mask24x22;
-    if (p == Pic::Queen) return Pic::Queenmask;
-    if (p == Pic::Seeker) return Pic::Seekermask;
-    if (in(Pic::Mine0, 6)) return Pic::Minemask;
-    if (in(Pic::Energypod0, 4)) return picAt(Pic::Energypodmask0, i - int(Pic::Energypod0));
-    if (p == Pic::Pointspod) return Pic::Mask40x40;
-    if (p == Pic::Sidestopper) return Pic::Mask10x75;
-    if (p == Pic::Catfish) return Pic::Mask75x75;
-    if (in(Pic::Explosion0, 6)) return picAt(Pic::Explosionmask0, i - int(Pic::Explosion0));
-    if (p == Pic::Paddle0) return Pic::Paddlemask0;
-    if (p == Pic::Paddle1) return Pic::Paddlemask1;
-    return Pic::None;  // p is itself an eraser
-}
-
 struct Tile {
     QImage image;  // already scaled
     QString label;
@@ -146,7 +124,7 @@ int main(int argc, char** argv) {
     std::vector<std::vector<Tile>> cells;
     for (int i = 1; i < quillop::kPictureCount; ++i) {
         const Pic p = static_cast<Pic>(i);
-        const Pic eraser = eraserOf(p);
+        const Pic eraser = quillop::eraserOf(p);
         if (eraser != Pic::None) cells.push_back({spriteTile(p), spriteTile(eraser)});
     }
     cells.push_back({pictureTile(":/icons/quillop_32.xpm", "program icon 32x32", {32, 32}, kZoom),
