@@ -50,18 +50,37 @@ private slots:
         QCOMPARE(byEnter, std::string("5000|Ann "));  // not trimmed
         QCOMPARE(app.frmMDI().windowTitle(), QStringLiteral("Quillop High Score by Ann  - 5000"));
 
-        // The same dialog again: the last name is still in the box; OK stores as Enter did.
-        emptySettings();
-        QString previous;
-        whenModal([&](QWidget* w) {
-            auto* dialog = static_cast<FrmHighscore*>(w);
-            previous = dialog->txtHighscorer->text();
-            dialog->cmdOK->click();
-        });
-        app.showHighscoreDialog();
-        QCOMPARE(previous, QStringLiteral("Ann "));
-        QCOMPARE(store.read("Gorvane", "Highscore", "") + "|" + store.read("Gorvane", "Highscorer", ""), byEnter);
-        QVERIFY(!app.frmHighscore().isVisible());
+        // The same dialog again, stored by a mouse click on OK and then by Tab and Space: the
+        // last name is still in the box and is stored as Enter stored it. The pauses let the
+        // pressed button and the moved focus repaint, which must not pull the focus back.
+        using Finish = std::function<void(FrmHighscore*)>;
+        const Finish byMouse = [](FrmHighscore* d) {
+            QTest::mousePress(d->cmdOK, Qt::LeftButton);
+            QTest::qWait(60);
+            QTest::mouseRelease(d->cmdOK, Qt::LeftButton);
+        };
+        const Finish byTabAndSpace = [](FrmHighscore* d) {
+            QTest::keyClick(d->txtHighscorer, Qt::Key_Tab);
+            QTest::qWait(60);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        };
+        for (const Finish& finish : {byMouse, byTabAndSpace}) {
+            emptySettings();
+            QString previous;
+            whenModal([&](QWidget* w) {
+                auto* dialog = static_cast<FrmHighscore*>(w);
+                QTest::qWait(60);
+                previous = dialog->txtHighscorer->text();
+                finish(dialog);
+            });
+            QTimer guard;  // a lost click must not hang the test
+            guard.callOnTimeout([&app] { app.frmHighscore().hide(); });
+            guard.start(3000);
+            app.showHighscoreDialog();
+            QCOMPARE(previous, QStringLiteral("Ann "));
+            QCOMPARE(store.read("Gorvane", "Highscore", "") + "|" + store.read("Gorvane", "Highscorer", ""), byEnter);
+            QVERIFY(!app.frmHighscore().isVisible());
+        }
     }
 
     void helpExplainsPausesAndRemembersItsPlace() {
