@@ -74,6 +74,16 @@ private:
     QFont drawnFont_;
 };
 
+// On a scaled screen an area's edges fall inside device pixels, and the window system
+// rounds them to whole ones either way; the puck's outline also reaches half its pen
+// beyond its box. A pixel more on every side is repainted so that nothing drawn at an
+// edge is left behind.
+QRegion grownByAPixel(const QRegion& region) {
+    QRegion grown;
+    for (const QRect& r : region) grown += r.adjusted(-1, -1, 1, 1);
+    return grown;
+}
+
 void syncControl(QWidget* widget, const ControlModel& model) {
     const QRect geometry = shapeBox(model.Left, model.Top, model.Width, model.Height);
     if (widget->geometry() != geometry) widget->setGeometry(geometry);
@@ -104,10 +114,14 @@ protected:
         painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
         const QImage& image = owner_.surface_.image();
         const QRegion outside = event->region() - QRegion(image.rect());
+        // The whole image under a clip, not a piece of it: on a scaled screen a piece lands
+        // on fractional device pixels and rounds differently at its edges than the same
+        // place painted as part of a larger area, which would leave seams.
         for (const QRect& r : event->region()) {
-            const QRect inside = r & image.rect();
-            if (!inside.isEmpty()) painter.drawImage(inside.topLeft(), image, inside);
+            painter.setClipRect(r);
+            painter.drawImage(QPoint(0, 0), image);
         }
+        painter.setClipping(false);
         for (const QRect& r : outside) painter.fillRect(r, QColor(0x80, 0x80, 0x80));
         if (Gorvane* game = owner_.game(); game && game->shapePuck.Visible != kFalse) {
             const ShapeModel& puck = game->shapePuck;
@@ -203,7 +217,7 @@ void FrmGorvane::refresh() {
     Gorvane* g = game();
     QRegion dirty = surface_.takeDirtyRegion();
     if (!g) {
-        if (!dirty.isEmpty()) canvas_->update(dirty);
+        if (!dirty.isEmpty()) canvas_->update(grownByAPixel(dirty));
         return;
     }
     const ShapeModel& puck = g->shapePuck;
@@ -213,7 +227,7 @@ void FrmGorvane::refresh() {
     dirty += puckDrawn_;
     dirty += now;
     puckDrawn_ = now;
-    if (!dirty.isEmpty()) canvas_->update(dirty);
+    if (!dirty.isEmpty()) canvas_->update(grownByAPixel(dirty));
     syncControl(cmdPlay, g->cmdPlay);
     syncControl(cmdDrop, g->cmdDrop);
     syncControl(cmdShowVars, g->cmdShowVars);

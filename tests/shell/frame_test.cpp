@@ -2,6 +2,7 @@
 // game timer's pauses, the New Game question, the score panel and what the playfield shows.
 #include <QMessageBox>
 #include <QPushButton>
+#include <QBackingStore>
 #include <QTest>
 
 #include "shell/quillop_app.h"
@@ -181,6 +182,47 @@ private slots:
         QVERIFY(app.surface().image().copy(10, 10, 40, 40) != QImage(40, 40, QImage::Format_RGB32));
         QVERIFY(field.cmdDrop->isVisible());
         QCOMPARE(field.cmdDrop->x(), 30);
+    }
+
+    // At any scale (run again under QT_SCALE_FACTOR 1.5 and 2), what the window shows after
+    // a few hundred partial repaints is what a full repaint of the same moment shows: no
+    // edge of the puck or a sprite is left behind outside the repainted areas.
+    void playedFieldMatchesAFreshRepaint() {
+        QuillopApp app(quiet());
+        app.Main();
+        FrmGorvane& field = app.frmGorvane();
+        Gorvane& game = app.program().gorvane();
+        QWidget* canvas = field.canvas();
+        QTRY_VERIFY(canvas->isVisible());
+        field.cmdPlay->click();
+        game.Lives = 100;  // no game over and no dialog
+        for (int tick = 0; tick < 600; ++tick) {
+            if (game.cmdDrop.Visible == kTrue) field.cmdDrop->click();
+            game.Timer1_Timer();
+            field.refresh();
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+        }
+        QTest::qWait(50);
+        const qreal ratio = canvas->devicePixelRatioF();
+        const QRect box(QPointF(canvas->mapTo(canvas->window(), QPoint(0, 0)) * ratio).toPoint(),
+                        QSizeF(QSizeF(canvas->size()) * ratio).toSize());
+        // What the window shows is what its backing store holds; then the same moment
+        // painted afresh, all of it at once.
+        const auto held = [&] {
+            QPaintDevice* store = canvas->window()->backingStore()->paintDevice();
+            const QImage all = store->devType() == QInternal::Pixmap ? static_cast<QPixmap*>(store)->toImage()
+                                                                     : *static_cast<QImage*>(store);
+            return all.copy(box).convertToFormat(QImage::Format_RGB32);
+        };
+        const QImage shown = held();
+        canvas->repaint();
+        const QImage fresh = held();
+        QCOMPARE(shown.size(), fresh.size());
+        int stale = 0;
+        for (int y = 0; y < shown.height(); ++y)
+            for (int x = 0; x < shown.width(); ++x) stale += shown.pixel(x, y) != fresh.pixel(x, y);
+        QCOMPARE(stale, 0);
     }
 };
 
