@@ -44,6 +44,8 @@ PictureBox::PictureBox(QWidget* parent, const QImage& image, const QRect& geomet
 
 void PictureBox::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    // Pixel art: a scaled screen shows each pixel as a block, never a blend of neighbours.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.drawImage(QPoint(0, 0), image_);
 }
 

@@ -1,8 +1,10 @@
 // The dialogs: the high-score entry (Enter and OK alike), the help window and the about box.
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QSet>
 #include <QTest>
 
+#include "resources/assets.h"
 #include "shell/frm_help.h"
 #include "shell/quillop_app.h"
 #include "shell_rig.h"
@@ -161,6 +163,24 @@ private slots:
         QTRY_VERIFY(about.isNull());  // unloaded
         app.openAbout();
         QVERIFY(app.frmAbout() && app.frmAbout() != nullptr);
+    }
+
+    // Also run at 2x: a picture is shown in blocks of its own pixels, no colour added.
+    void picturesScaleWithoutSmoothing() {
+        QuillopApp app(quiet());
+        app.Main();
+        app.openAbout();
+        const auto colours = [](const QImage& image) {
+            QSet<QRgb> seen;
+            const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
+            for (int y = 0; y < rgb.height(); ++y)
+                for (int x = 0; x < rgb.width(); ++x) seen.insert(rgb.pixel(x, y));
+            return seen.size();
+        };
+        const QImage source(QString::fromLatin1(assets::kAboutPicture));
+        const QImage shown = app.frmAbout()->picIcon->grab().toImage();
+        QCOMPARE(shown.size(), source.size() * app.frmAbout()->devicePixelRatioF());
+        QCOMPARE(colours(shown), colours(source));
     }
 };
 
