@@ -32,7 +32,9 @@ FrmAbout::FrmAbout(QWidget* parent, const std::function<void()>& playSound) : QD
                                    picture.isNull() ? px(3270) : picture.height()));
     picIcon->setObjectName(QStringLiteral("picIcon"));
     const QColor black(Qt::black);
-    lblTitle = classicLabel(this, QString(), twipsRect(2520, 360, 1845, 360), black, classicFont(18), true);
+    // The classic 18-point title was a bitmap face cut to its 24-pixel box; the stand-in
+    // reaches further below its line, so it is set smaller to stay inside.
+    lblTitle = classicLabel(this, QString(), twipsRect(2520, 360, 1845, 360), black, classicFont(13.5), true);
     lblVersion = classicLabel(this, QString(), twipsRect(2640, 840, 1605, 225), black, classicFont(8), true);
     lblDisclaimer = classicLabel(this,
                                  QStringLiteral("A mindless video game. Free to play, with no warranty "

@@ -1,6 +1,7 @@
 // The dialogs: the high-score entry (Enter and OK alike), the help window and the about box.
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QScrollBar>
 #include <QSet>
 #include <QTest>
 
@@ -19,6 +20,31 @@ QWidget* nextTab(QWidget* w) {
         if (n->focusPolicy() & Qt::TabFocus) return n;
     return w;
 }
+// Every label's and button's text inside its box: as wide as its advance, as high as its ink
+// (the classic boxes are tight: a 12-point line is taller than some of them, its digits not).
+QStringList textsOutsideTheirBoxes(QWidget* window) {
+    QStringList outside;
+    for (QWidget* w : window->findChildren<QWidget*>()) {
+        auto* label = qobject_cast<QLabel*>(w);
+        auto* button = qobject_cast<QPushButton*>(w);
+        const QString text = label ? label->text() : button ? button->text().remove(QLatin1Char('&')) : QString();
+        if (text.isEmpty() || !w->isVisibleTo(window)) continue;
+        const QFontMetricsF metrics(w->font());
+        const QRectF ink = metrics.tightBoundingRect(text);
+        // where the line starts: at the top, or centred as a whole line
+        const qreal line = label && (label->alignment() & Qt::AlignVCenter) ? (w->height() - metrics.height()) / 2 : 0;
+        QSizeF needed(metrics.horizontalAdvance(text), line + metrics.ascent() + ink.bottom());
+        if (label && label->wordWrap())
+            needed = metrics.boundingRect(QRectF(0, 0, w->width(), 1e4), Qt::TextWordWrap, text).size();
+        if (button) needed += QSizeF(6, 4);  // the face's edges
+        if (needed.width() > w->width() || needed.height() > w->height() || line + metrics.ascent() + ink.top() < 0 ||
+            !window->rect().contains(w->geometry()))
+            outside << QStringLiteral("'%1' needs %2x%3 in %4x%5")
+                           .arg(text).arg(needed.width()).arg(needed.height()).arg(w->width()).arg(w->height());
+    }
+    return outside;
+}
+
 }  // namespace
 
 class DialogsTest : public QObject {
@@ -163,6 +189,36 @@ private slots:
         QTRY_VERIFY(about.isNull());  // unloaded
         app.openAbout();
         QVERIFY(app.frmAbout() && app.frmAbout() != nullptr);
+    }
+
+    // Also run at 2x. Captions stand apart from their values; the tips fit the help's box.
+    void everyTextSitsInItsBox() {
+        QuillopApp app(quiet());
+        app.Main();
+        FrmScore& panel = app.frmScore();
+        QVERIFY2(textsOutsideTheirBoxes(&panel).isEmpty(), qPrintable(textsOutsideTheirBoxes(&panel).join("; ")));
+        const std::pair<QLabel*, QLabel*> pairs[] = {
+            {panel.Label1[0], panel.lblScore}, {panel.Label1[1], panel.lblLevel}, {panel.Label1[2], panel.lblLives}};
+        for (const auto& [caption, value] : pairs)
+            QVERIFY2(caption->x() + caption->fontMetrics().horizontalAdvance(caption->text()) + 4 <= value->x(),
+                     qPrintable(caption->text()));
+        QVERIFY2(textsOutsideTheirBoxes(&app.frmHighscore()).isEmpty(), qPrintable(textsOutsideTheirBoxes(&app.frmHighscore()).join("; ")));
+        QCOMPARE(app.frmHighscore().Label2->geometry(), twipsRect(240, 240, 2175, 375));
+        app.openAbout();
+        QVERIFY2(textsOutsideTheirBoxes(app.frmAbout()).isEmpty(), qPrintable(textsOutsideTheirBoxes(app.frmAbout()).join("; ")));
+        int tipsScroll = -1;
+        QStringList helpOutside;
+        whenModal([&](QWidget* w) {
+            auto* help = static_cast<FrmHelp*>(w);
+            helpOutside = textsOutsideTheirBoxes(help);
+            help->cmdTips->click();
+            QTest::qWait(20);
+            tipsScroll = help->txtHelp->verticalScrollBar()->maximum();
+            help->cmdClose->click();
+        });
+        app.openHelp();
+        QVERIFY2(helpOutside.isEmpty(), qPrintable(helpOutside.join("; ")));
+        QCOMPARE(tipsScroll, 0);
     }
 
     // Also run at 2x: a picture is shown in blocks of its own pixels, no colour added.
