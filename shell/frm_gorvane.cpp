@@ -74,16 +74,6 @@ private:
     QFont drawnFont_;
 };
 
-// On a scaled screen an area's edges fall inside device pixels, and the window system
-// rounds them to whole ones either way; the puck's outline also reaches half its pen
-// beyond its box. A pixel more on every side is repainted so that nothing drawn at an
-// edge is left behind.
-QRegion grownByAPixel(const QRegion& region) {
-    QRegion grown;
-    for (const QRect& r : region) grown += r.adjusted(-1, -1, 1, 1);
-    return grown;
-}
-
 void syncControl(QWidget* widget, const ControlModel& model) {
     const QRect geometry = shapeBox(model.Left, model.Top, model.Width, model.Height);
     if (widget->geometry() != geometry) widget->setGeometry(geometry);
@@ -132,7 +122,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override {
         if (Gorvane* game = owner_.game()) {
             game->Form_MouseMove(static_cast<float>(event->position().x()), static_cast<float>(event->position().y()));
-            owner_.afterEvent_();
+            owner_.showSoon();
         }
     }
     void mousePressEvent(QMouseEvent* event) override {
@@ -153,6 +143,10 @@ FrmGorvane::FrmGorvane(QWidget* parent, ImageSurface& surface) : QWidget(parent)
     setPalette(palette);
     setAutoFillBackground(true);
     canvas_ = new PlayfieldCanvas(*this);
+    showSoon_.setSingleShot(true);
+    showSoon_.setTimerType(Qt::PreciseTimer);
+    showSoon_.setInterval(kShowSoonMs);
+    QObject::connect(&showSoon_, &QTimer::timeout, this, [this] { refresh(); });
 
     // Design places in twips; the game re-centres them at once.
     cmdPlay = new FieldButton(QStringLiteral("Play"), canvas_);
@@ -213,21 +207,27 @@ Gorvane* FrmGorvane::game() const {
 
 QWidget* FrmGorvane::canvas() const { return canvas_; }
 
+void FrmGorvane::showSoon() {
+    if (!showSoon_.isActive()) showSoon_.start();
+}
+
 void FrmGorvane::refresh() {
+    showSoon_.stop();
     Gorvane* g = game();
     QRegion dirty = surface_.takeDirtyRegion();
     if (!g) {
-        if (!dirty.isEmpty()) canvas_->update(grownByAPixel(dirty));
+        if (!dirty.isEmpty()) canvas_->update(dirty);
         return;
     }
     const ShapeModel& puck = g->shapePuck;
     const QRect now = puck.Visible != kFalse ? shapeBox(puck.Left, puck.Top, puck.Width, puck.Height) : QRect();
     // The puck is redrawn where it was and where it is; it cannot change its look without
     // also being hidden or moved by the game, but repainting its box every time is cheap.
-    dirty += puckDrawn_;
-    dirty += now;
+    // The outline reaches half its pen beyond the box on a scaled screen.
+    dirty += puckDrawn_.adjusted(-1, -1, 1, 1);
+    dirty += now.adjusted(-1, -1, 1, 1);
     puckDrawn_ = now;
-    if (!dirty.isEmpty()) canvas_->update(grownByAPixel(dirty));
+    if (!dirty.isEmpty()) canvas_->update(dirty);
     syncControl(cmdPlay, g->cmdPlay);
     syncControl(cmdDrop, g->cmdDrop);
     syncControl(cmdShowVars, g->cmdShowVars);
