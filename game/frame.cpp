@@ -22,8 +22,8 @@ void MdiFrame::Form_Load() {
 
 void MdiFrame::Form_Resize() {
     if (window_.windowState() == kNormal) {
-        if (window_.width() < 6000) window_.setWidth(6000);
-        if (window_.height() < 5000) window_.setHeight(5000);
+        if (window_.width() < kMinimumWidth) window_.setWidth(kMinimumWidth);
+        if (window_.height() < kMinimumHeight) window_.setHeight(kMinimumHeight);
     }
 
     Gorvane& playfield = playfield_();

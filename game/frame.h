@@ -23,6 +23,9 @@ public:
     MdiFrame(FrameWindow& window, SettingsStore& settings, ModQuillop& mod,
              std::function<Gorvane&()> playfield);
 
+    // The smallest outer size of the frame in the normal state, in twips.
+    static constexpr float kMinimumWidth = 6000, kMinimumHeight = 5000;
+
     void Form_Load();
     void Form_Resize();
     void Form_QueryUnload() { SaveMDISettings(); }

@@ -11,10 +11,11 @@
 set -eu
 
 # A package is added by naming it in one of the two lists below.
-# Building and playing: the compiler, Qt and the PulseAudio client library (the game talks
-# to whichever sound server the desktop runs; it needs none of its own).
+# Building and playing: the compiler, Qt, the PulseAudio client library (the game talks
+# to whichever sound server the desktop runs; it needs none of its own) and the font that
+# stands in for the classic face.
 PLAY_PACKAGES="cmake g++ make pkgconf qt6-base-dev qt6-svg-dev libqt6svg6 qt6-image-formats-plugins
- libgl-dev libpulse-dev"
+ libgl-dev libpulse-dev fonts-urw-base35"
 # The tests: GoogleTest, an X server with a window manager and the tools that drive and
 # photograph it, the sound server's command-line tools, Python; the validators of the desktop
 # entry, the metainfo and the Debian package.

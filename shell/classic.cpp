@@ -8,7 +8,10 @@ namespace quillop {
 QFont classicFont(double points, bool bold, const char* face) {
     QFont font(QString::fromLatin1(face));
     font.setStyleHint(QFont::SansSerif);
-    font.setFamilies({QString::fromLatin1(face), QStringLiteral("DejaVu Sans"), QStringLiteral("Sans Serif")});
+    // Nimbus Sans (Debian's fonts-urw-base35) runs about as wide as the classic face, so the
+    // texts keep to the boxes they were laid out in; the others are the fall-backs.
+    font.setFamilies({QString::fromLatin1(face), QStringLiteral("Nimbus Sans"), QStringLiteral("Liberation Sans"),
+                      QStringLiteral("DejaVu Sans"), QStringLiteral("Sans Serif")});
     font.setPointSizeF(points);
     font.setBold(bold);
     return font;
@@ -17,23 +20,18 @@ QFont classicFont(double points, bool bold, const char* face) {
 QLabel* classicLabel(QWidget* parent, const QString& text, const QRect& geometry, const QColor& color,
                      const QFont& font, bool centred) {
     auto* label = new QLabel(text, parent);
-    // The stand-in face runs wider than the one the boxes were drawn for; a centred caption
-    // that no longer fits grows its box evenly on both sides rather than losing its ends.
-    QRect box = geometry;
-    const int needed = QFontMetrics(font).horizontalAdvance(text) + 2;
-    if (centred && needed > box.width() && geometry.height() <= 2 * QFontMetrics(font).height()) {
-        const int grow = needed - box.width();
-        box.adjust(-grow / 2, 0, grow - grow / 2, 0);
-        if (box.left() < 0) box.moveLeft(0);
-    }
-    label->setGeometry(box);
+    label->setGeometry(geometry);
     label->setFont(font);
     QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, color);
     label->setPalette(palette);
     label->setAutoFillBackground(false);
-    label->setAlignment((centred ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignTop);
-    label->setWordWrap(geometry.height() > 2 * QFontMetrics(font).height());
+    // The stand-in's line has more room above its letters than the classic face had: a
+    // single line taller than its box is centred on it, which keeps its letters inside.
+    const bool wrap = geometry.height() > 2 * QFontMetrics(font).height();
+    const bool tall = !wrap && QFontMetrics(font).height() > geometry.height();
+    label->setAlignment((centred ? Qt::AlignHCenter : Qt::AlignLeft) | (tall ? Qt::AlignVCenter : Qt::AlignTop));
+    label->setWordWrap(wrap);
     return label;
 }
 
@@ -44,6 +42,8 @@ PictureBox::PictureBox(QWidget* parent, const QImage& image, const QRect& geomet
 
 void PictureBox::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    // Pixel art: a scaled screen shows each pixel as a block, never a blend of neighbours.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.drawImage(QPoint(0, 0), image_);
 }
 

@@ -20,8 +20,8 @@ inline QRect twipsRect(double left, double top, double width, double height) {
     return QRect(px(left), px(top), px(width), px(height));
 }
 
-// "MS Sans Serif" (and "Small Fonts") are not on this desktop; fontconfig picks the
-// nearest sans-serif face at the same point size.
+// "MS Sans Serif" (and "Small Fonts") are not on this desktop; a face of about its width
+// stands in at the same point size.
 QFont classicFont(double points, bool bold = false, const char* face = "MS Sans Serif");
 
 // A label as the classic form drew it: text at the top left unless centred, optionally on

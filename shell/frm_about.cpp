@@ -20,14 +20,16 @@ FrmAbout::FrmAbout(QWidget* parent, const std::function<void()>& playSound) : QD
     setGeometry(QRect(px(2340), px(1935), px(4440), px(3825)));
     setFixedSize(px(4440), px(3825));
 
-    picIcon = new QLabel(this);
+    // A picture box sized to its picture.
+    const QImage picture(QString::fromLatin1(assets::kAboutPicture));
+    picIcon = new PictureBox(this, picture,
+                             QRect(px(240), px(240), picture.isNull() ? px(2145) : picture.width(),
+                                   picture.isNull() ? px(3270) : picture.height()));
     picIcon->setObjectName(QStringLiteral("picIcon"));
-    const QPixmap picture(QString::fromLatin1(assets::kAboutPicture));
-    picIcon->setGeometry(px(240), px(240), picture.isNull() ? px(2145) : picture.width(),
-                         picture.isNull() ? px(3270) : picture.height());
-    picIcon->setPixmap(picture);
     const QColor black(Qt::black);
-    lblTitle = classicLabel(this, QString(), twipsRect(2520, 360, 1845, 360), black, classicFont(18), true);
+    // The classic 18-point title was a bitmap face cut to its 24-pixel box; the stand-in
+    // reaches further below its line, so it is set smaller to stay inside.
+    lblTitle = classicLabel(this, QString(), twipsRect(2520, 360, 1845, 360), black, classicFont(13.5), true);
     lblVersion = classicLabel(this, QString(), twipsRect(2640, 840, 1605, 225), black, classicFont(8), true);
     lblDisclaimer = classicLabel(this,
                                  QStringLiteral("Free software under the GNU GPL, version 3 or later. "

@@ -6,6 +6,8 @@
 #include <QPushButton>
 #include <functional>
 
+#include "shell/classic.h"
+
 namespace quillop {
 
 class FrmAbout : public QDialog {
@@ -13,7 +15,7 @@ public:
     // `playSound` is the module's sound call (the box plays one when it loads).
     FrmAbout(QWidget* parent, const std::function<void()>& playSound);
 
-    QLabel* picIcon = nullptr;
+    PictureBox* picIcon = nullptr;
     QLabel* lblTitle = nullptr;
     QLabel* lblVersion = nullptr;
     QLabel* lblDisclaimer = nullptr;

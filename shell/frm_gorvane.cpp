@@ -106,10 +106,14 @@ protected:
         painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
         const QImage& image = owner_.surface_.image();
         const QRegion outside = event->region() - QRegion(image.rect());
+        // The whole image under a clip, not a piece of it: on a scaled screen a piece lands
+        // on fractional device pixels and rounds differently at its edges than the same
+        // place painted as part of a larger area, which would leave seams.
         for (const QRect& r : event->region()) {
-            const QRect inside = r & image.rect();
-            if (!inside.isEmpty()) painter.drawImage(inside.topLeft(), image, inside);
+            painter.setClipRect(r);
+            painter.drawImage(QPoint(0, 0), image);
         }
+        painter.setClipping(false);
         for (const QRect& r : outside) painter.fillRect(r, QColor(0x80, 0x80, 0x80));
         if (Gorvane* game = owner_.game(); game && game->shapePuck.Visible != kFalse) {
             const ShapeModel& puck = game->shapePuck;
@@ -122,7 +126,7 @@ protected:
             const float x = static_cast<float>(event->position().x()), y = static_cast<float>(event->position().y());
             game->Form_MouseMove(x, y);
             owner_.tell("move", x, y);
-            owner_.afterEvent_();
+            owner_.showSoon();
         }
     }
     void mousePressEvent(QMouseEvent* event) override {
@@ -145,6 +149,10 @@ FrmGorvane::FrmGorvane(QWidget* parent, ImageSurface& surface) : QWidget(parent)
     setPalette(palette);
     setAutoFillBackground(true);
     canvas_ = new PlayfieldCanvas(*this);
+    showSoon_.setSingleShot(true);
+    showSoon_.setTimerType(Qt::PreciseTimer);
+    showSoon_.setInterval(kShowSoonMs);
+    QObject::connect(&showSoon_, &QTimer::timeout, this, [this] { refresh(); });
 
     // Design places in twips; the game re-centres them at once.
     cmdPlay = new FieldButton(QStringLiteral("Play"), canvas_);
@@ -217,7 +225,12 @@ Gorvane* FrmGorvane::game() const {
 
 QWidget* FrmGorvane::canvas() const { return canvas_; }
 
+void FrmGorvane::showSoon() {
+    if (!showSoon_.isActive()) showSoon_.start();
+}
+
 void FrmGorvane::refresh() {
+    showSoon_.stop();
     Gorvane* g = game();
     QRegion dirty = surface_.takeDirtyRegion();
     if (!g) {
@@ -228,8 +241,9 @@ void FrmGorvane::refresh() {
     const QRect now = puck.Visible != kFalse ? shapeBox(puck.Left, puck.Top, puck.Width, puck.Height) : QRect();
     // The puck is redrawn where it was and where it is; it cannot change its look without
     // also being hidden or moved by the game, but repainting its box every time is cheap.
-    dirty += puckDrawn_;
-    dirty += now;
+    // The outline reaches half its pen beyond the box on a scaled screen.
+    dirty += puckDrawn_.adjusted(-1, -1, 1, 1);
+    dirty += now.adjusted(-1, -1, 1, 1);
     puckDrawn_ = now;
     if (!dirty.isEmpty()) canvas_->update(dirty);
     syncControl(cmdPlay, g->cmdPlay);

@@ -5,6 +5,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QWidget>
 #include <functional>
 
@@ -32,6 +33,11 @@ public:
     // Shows what the game changed since the last call: the surface's dirty areas, the
     // puck, and the controls' visibility, captions and places.
     void refresh();
+    // What a pointer move painted is shown by the next tick's refresh, or after one tick's
+    // time if no tick comes first: a move then costs no repaint of its own while the game
+    // runs, and the paddle is on screen no later than a tick after the pointer moved.
+    void showSoon();
+    static constexpr int kShowSoonMs = 15;  // within one tick of 1/64 s
 
     // PlayfieldWindow
     float scaleWidth() override;
@@ -78,6 +84,7 @@ private:
     int state_ = 0;
     QRect normalGeometry_{0, 0, 1, 1};
     QRect puckDrawn_;
+    QTimer showSoon_;
 };
 
 }  // namespace quillop

@@ -46,6 +46,8 @@ FrmHelp::FrmHelp(QWidget* parent, HelpRules& rules, const PictureSet& pictureSet
     txtHelp->setObjectName(QStringLiteral("txtHelp"));
     txtHelp->setGeometry(twipsRect(120, 120, 5055, 1095));
     txtHelp->setReadOnly(true);
+    // The classic box kept its text close to its edge: the four tips fill its four lines.
+    txtHelp->document()->setDocumentMargin(1);
     QPalette text = txtHelp->palette();
     text.setColor(QPalette::Base, kNavy);
     text.setColor(QPalette::Text, Qt::white);

@@ -95,11 +95,22 @@ void FrmHighscore::showModal() {
 }
 
 void FrmHighscore::paintEvent(QPaintEvent* event) {
-    // Every paint takes the score over as the best score, before any name is entered.
-    const QString best = QString::fromStdString(rules_.Form_Paint());
-    if (lblHighscore->text() != best) lblHighscore->setText(best);
-    if (!txtHighscorer->hasFocus()) txtHighscorer->setFocus();
+    // The rule belongs to the dialog's own surface being painted (shown or uncovered). A
+    // control redrawing itself also repaints the dialog behind it, but only inside that
+    // control's box: taking the focus back then would cancel a press on OK or a Tab to it.
+    if (paintsOwnSurface(event->region())) {
+        const QString best = QString::fromStdString(rules_.Form_Paint());
+        if (lblHighscore->text() != best) lblHighscore->setText(best);
+        if (!txtHighscorer->hasFocus()) txtHighscorer->setFocus();
+    }
     QDialog::paintEvent(event);
+}
+
+bool FrmHighscore::paintsOwnSurface(const QRegion& region) const {
+    QRegion own = region;
+    for (const QWidget* child : findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        if (child->isVisible()) own -= child->geometry();
+    return !own.isEmpty();
 }
 
 void FrmHighscore::closeEvent(QCloseEvent* event) {

@@ -1,4 +1,4 @@
-// frmHighscore, "Congrats!": takes over the new best score when it paints and stores the
+// frmHighscore, "Congrats!": takes over the new best score when its surface paints and stores the
 // name typed into it, on Enter or OK.
 #pragma once
 
@@ -30,6 +30,7 @@ protected:
     void reject() override {}  // no cancel: the dialog ends only by storing a name
 
 private:
+    bool paintsOwnSurface(const QRegion& region) const;
     void SaveHighscore();
     HighscoreEntry& rules_;
 };

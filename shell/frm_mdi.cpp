@@ -96,6 +96,9 @@ void FrmMDI::adoptDecorations() {
     const QSize now = decorations();
     if (now == knownDecorations_) return;
     knownDecorations_ = now;
+    // The window manager is told the smallest outer size too, so that a corner dragged by
+    // the user stops there as well; the rule itself still handles the program's own sizes.
+    setMinimumSize(std::max(px(MdiFrame::kMinimumWidth) - now.width(), 1), std::max(px(MdiFrame::kMinimumHeight) - now.height(), 1));
     if (!wantedOuter_.isValid()) return;
     const QSize wanted = wantedOuter_;
     resize(std::max(wanted.width() - now.width(), 1), std::max(wanted.height() - now.height(), 1));

@@ -3,7 +3,8 @@
 #   start-up: launch to the frame being mapped, and to the Play button being
 #             drawn (first screen grab that shows it), over RUNS launches
 #   playing:  CPU of the game (and of the X server) over SECONDS of play, as a
-#             percentage of one core, from utime+stime in /proc/PID/stat
+#             percentage of one core, from utime+stime in /proc/PID/stat; then
+#             the game's CPU while the pointer sweeps the field 50 times a second
 #   memory:   VmRSS and VmHWM of the game after the play
 #   pace:     how many times a second the playfield's pixels change
 #
@@ -55,6 +56,16 @@ for _ in $(seq $((PLAY_S * 2))); do
     sleep 0.5
 done
 g1=$(cpu_ticks "$GAME_PID"); x1=$(cpu_ticks "$XPID"); el=$(ms_since "$t0")
+# then sweep the pointer to and fro across the field, 50 moves a second as a player's
+# mouse reports them, from one xdotool so that starting it costs nothing per move
+SWEEP=()
+for i in $(seq 0 $((PLAY_S * 50 - 1))); do
+    k=$((i % 60)); [ $k -ge 30 ] && k=$((60 - k))
+    SWEEP+=(mousemove $((PX - 150 + k * 10)) $((PY + 110)) sleep 0.02)
+done
+s0=$(cpu_ticks "$GAME_PID"); st0=$(date +%s%N)
+xdotool "${SWEEP[@]}"
+s1=$(cpu_ticks "$GAME_PID"); sel=$(ms_since "$st0")
 game_alive || die "the game died while playing"
 e2e_shot playing >/dev/null
 rss=$(awk '/VmRSS/ {print $2}' "/proc/$GAME_PID/status")
@@ -71,6 +82,7 @@ echo "=== Quillop2 under Xvfb 1280x1024 + openbox, $(nproc) cores ==="
 echo "start-up to frame mapped:   $(median "${MAPPED[@]}") ms median (${MAPPED[*]})"
 echo "start-up to Play drawn:     $(median "${DRAWN[@]}") ms median (${DRAWN[*]})"
 echo "CPU while playing ${PLAY_S}s:     game $(pct $((g1 - g0)))% of one core, Xvfb $(pct $((x1 - x0)))%"
+echo "CPU, pointer sweeping:      game $(el=$sel pct $((s1 - s0)))% of one core ($((PLAY_S * 50)) moves in $sel ms)"
 echo "memory:                     VmRSS $((rss_before / 1024)) MB ready, $((rss / 1024)) MB playing; VmHWM $((hwm / 1024)) MB; $threads threads"
 echo "field redraws:              $redraws a second (of $grabs screen polls a second; the tick pace, seen from outside)"
 e2e_wm_close "$FRAME"

@@ -17,6 +17,9 @@ Rectangles are X,Y,W,H in screen pixels.  Colours are RRGGBB.
   field  SHOT X Y BW BH            the black playfield round a centred button
                                   (centre X,Y, size BWxBH): prints X,Y,W,H
   top    SHOT RECT [N]            the N commonest colours, for diagnosis
+  stray  SHOT RECT COLOUR R       pixels of COLOUR with only black or COLOUR within
+                                  R pixels: left-over bits of an outline, not part
+                                  of any figure
   waitlit X Y SECONDS             polls the live screen ($DISPLAY) until the
                                   pixel at X,Y is not black; prints the
                                   clock (ns since the epoch) when it was seen
@@ -259,6 +262,19 @@ def main(argv):
             hist[k] = hist.get(k, 0) + 1
         for k, n in sorted(hist.items(), key=lambda kv: -kv[1])[:int(argv[4]) if len(argv) > 4 else 10]:
             print(k, n)
+    elif cmd == "stray":
+        r = rect(argv[3])
+        w, h, d = load(argv[2], r)
+        c, rad = colour(argv[4]), int(argv[5])
+        plain = bytearray(1 if near(d, i * 3, c, 8) or near(d, i * 3, (0, 0, 0), 24) else 0 for i in range(w * h))
+        n = 0
+        for p in range(w * h):
+            px, py = p % w, p // w
+            if not near(d, p * 3, c, 8) or px < rad or py < rad or px >= w - rad or py >= h - rad:
+                continue
+            if all(plain[q] for y in range(py - rad, py + rad + 1) for q in range(y * w + px - rad, y * w + px + rad + 1)):
+                n += 1
+        print(n)
     else:
         print(__doc__, file=sys.stderr)
         return 2

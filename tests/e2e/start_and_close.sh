@@ -89,24 +89,34 @@ check "nothing stored for the help window" test -z "$(conf_get Help Top)$(conf_g
 whole_numbers() { [ -s "$CONF" ] && ! grep -E '^(Top|Left|Width|Height)=.*[.,]' "$CONF"; }
 check "placements written as whole numbers" whole_numbers
 
-# --- 2. smallest size, then a placement of our own -------------------------
+# --- 2. a placement of our own, then the corner dragged below the smallest size
 start_frame
 check "second start: same place and size" frame_like 300 300 7000 6000
-xdotool windowsize "$FRAME" 250 200
-sleep 1
+xdotool windowmove "$FRAME" 90 60
+sleep 0.5
+# the user drags the bottom-right corner far up and left: the window manager stops at the
+# smallest size, during the drag as well as after it
+e2e_geometry "$FRAME"
+CX=$((WX + WW + FR - 1)) CY=$((WY + WH + FB - 1))
+xdotool mousemove "$CX" "$CY" mousedown 1
+xdotool mousemove $((CX - 300)) $((CY - 280))
+sleep 0.5
+xdotool mousemove $((CX - 290)) $((CY - 270))
+sleep 0.5
 not_below_minimum() {
     e2e_geometry "$FRAME"
     [ "$((WW + FL + FR))" -ge 397 ] && [ "$((WH + FT + FB))" -ge 330 ] ||
         { log "  client ${WW}x${WH}, frame extents $FL $FR $FT $FB"; return 1; }
 }
-check "shrunk frame snaps back to at least 6000x5000 twips" not_below_minimum
-xdotool windowmove "$FRAME" 90 60 windowsize "$FRAME" 600 480
+check "corner dragged: not below 6000x5000 twips while dragging" not_below_minimum
+xdotool mouseup 1
 sleep 1
+check "corner dragged: not below 6000x5000 twips after the drag" not_below_minimum
 e2e_geometry "$FRAME"
 # what the frame should store, outer reading and client reading
 ML=$(((WX - FL) * 15)) MT=$(((WY - FT) * 15)) MW=$(((WW + FL + FR) * 15)) MH=$(((WH + FT + FB) * 15))
 e2e_shot 2-moved >/dev/null
-close_frame "after a move"
+close_frame "after a move and a drag"
 cp "$CONF" "$ART/after-move.ini"
 # Accept the placement in either convention: outer numbers as computed, or
 # the client's (FL,FT further in, the decorations smaller).
@@ -118,8 +128,8 @@ placed() {
 }
 check "moved frame: Left stored" placed Left "$ML" "$((WX * 15))"
 check "moved frame: Top stored" placed Top "$MT" "$((WY * 15))"
-check "moved frame: Width stored" placed Width "$MW" "$((WW * 15))"
-check "moved frame: Height stored" placed Height "$MH" "$((WH * 15))"
+check "dragged frame: the Width on screen stored" placed Width "$MW" "$((WW * 15))"
+check "dragged frame: the Height on screen stored" placed Height "$MH" "$((WH * 15))"
 check "playfield follows the frame: [Gorvane] Width = MDI Width - 380" \
     conf_near Gorvane Width "$($PYTHON -c "print(float('$(conf_get MDI Width)') - 380)")" 20
 

@@ -3,8 +3,11 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QScrollBar>
+#include <QSet>
 #include <QTest>
 
+#include "resources/assets.h"
 #include "shell/frm_help.h"
 #include "shell/quillop_app.h"
 #include "shell_rig.h"
@@ -19,6 +22,31 @@ QWidget* nextTab(QWidget* w) {
         if (n->focusPolicy() & Qt::TabFocus) return n;
     return w;
 }
+// Every label's and button's text inside its box: as wide as its advance, as high as its ink
+// (the classic boxes are tight: a 12-point line is taller than some of them, its digits not).
+QStringList textsOutsideTheirBoxes(QWidget* window) {
+    QStringList outside;
+    for (QWidget* w : window->findChildren<QWidget*>()) {
+        auto* label = qobject_cast<QLabel*>(w);
+        auto* button = qobject_cast<QPushButton*>(w);
+        const QString text = label ? label->text() : button ? button->text().remove(QLatin1Char('&')) : QString();
+        if (text.isEmpty() || !w->isVisibleTo(window)) continue;
+        const QFontMetricsF metrics(w->font());
+        const QRectF ink = metrics.tightBoundingRect(text);
+        // where the line starts: at the top, or centred as a whole line
+        const qreal line = label && (label->alignment() & Qt::AlignVCenter) ? (w->height() - metrics.height()) / 2 : 0;
+        QSizeF needed(metrics.horizontalAdvance(text), line + metrics.ascent() + ink.bottom());
+        if (label && label->wordWrap())
+            needed = metrics.boundingRect(QRectF(0, 0, w->width(), 1e4), Qt::TextWordWrap, text).size();
+        if (button) needed += QSizeF(6, 4);  // the face's edges
+        if (needed.width() > w->width() || needed.height() > w->height() || line + metrics.ascent() + ink.top() < 0 ||
+            !window->rect().contains(w->geometry()))
+            outside << QStringLiteral("'%1' needs %2x%3 in %4x%5")
+                           .arg(text).arg(needed.width()).arg(needed.height()).arg(w->width()).arg(w->height());
+    }
+    return outside;
+}
+
 }  // namespace
 
 class DialogsTest : public QObject {
@@ -56,18 +84,37 @@ private slots:
         QCOMPARE(byEnter, std::string("5000|Ann "));  // not trimmed
         QCOMPARE(app.frmMDI().windowTitle(), QStringLiteral("Quillop High Score by Ann  - 5000"));
 
-        // The same dialog again: the last name is still in the box; OK stores as Enter did.
-        emptySettings();
-        QString previous;
-        whenModal([&](QWidget* w) {
-            auto* dialog = static_cast<FrmHighscore*>(w);
-            previous = dialog->txtHighscorer->text();
-            dialog->cmdOK->click();
-        });
-        app.showHighscoreDialog();
-        QCOMPARE(previous, QStringLiteral("Ann "));
-        QCOMPARE(store.read("Gorvane", "Highscore", "") + "|" + store.read("Gorvane", "Highscorer", ""), byEnter);
-        QVERIFY(!app.frmHighscore().isVisible());
+        // The same dialog again, stored by a mouse click on OK and then by Tab and Space: the
+        // last name is still in the box and is stored as Enter stored it. The pauses let the
+        // pressed button and the moved focus repaint, which must not pull the focus back.
+        using Finish = std::function<void(FrmHighscore*)>;
+        const Finish byMouse = [](FrmHighscore* d) {
+            QTest::mousePress(d->cmdOK, Qt::LeftButton);
+            QTest::qWait(60);
+            QTest::mouseRelease(d->cmdOK, Qt::LeftButton);
+        };
+        const Finish byTabAndSpace = [](FrmHighscore* d) {
+            QTest::keyClick(d->txtHighscorer, Qt::Key_Tab);
+            QTest::qWait(60);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        };
+        for (const Finish& finish : {byMouse, byTabAndSpace}) {
+            emptySettings();
+            QString previous;
+            whenModal([&](QWidget* w) {
+                auto* dialog = static_cast<FrmHighscore*>(w);
+                QTest::qWait(60);
+                previous = dialog->txtHighscorer->text();
+                finish(dialog);
+            });
+            QTimer guard;  // a lost click must not hang the test
+            guard.callOnTimeout([&app] { app.frmHighscore().hide(); });
+            guard.start(3000);
+            app.showHighscoreDialog();
+            QCOMPARE(previous, QStringLiteral("Ann "));
+            QCOMPARE(store.read("Gorvane", "Highscore", "") + "|" + store.read("Gorvane", "Highscorer", ""), byEnter);
+            QVERIFY(!app.frmHighscore().isVisible());
+        }
     }
 
     void helpExplainsPausesAndRemembersItsPlace() {
@@ -192,6 +239,54 @@ private slots:
         QTRY_VERIFY(about.isNull());  // unloaded
         app.openAbout();
         QVERIFY(app.frmAbout() && app.frmAbout() != nullptr);
+    }
+
+    // Also run at 2x. Captions stand apart from their values; the tips fit the help's box.
+    void everyTextSitsInItsBox() {
+        QuillopApp app(quiet());
+        app.Main();
+        FrmScore& panel = app.frmScore();
+        QVERIFY2(textsOutsideTheirBoxes(&panel).isEmpty(), qPrintable(textsOutsideTheirBoxes(&panel).join("; ")));
+        const std::pair<QLabel*, QLabel*> pairs[] = {
+            {panel.Label1[0], panel.lblScore}, {panel.Label1[1], panel.lblLevel}, {panel.Label1[2], panel.lblLives}};
+        for (const auto& [caption, value] : pairs)
+            QVERIFY2(caption->x() + caption->fontMetrics().horizontalAdvance(caption->text()) + 4 <= value->x(),
+                     qPrintable(caption->text()));
+        QVERIFY2(textsOutsideTheirBoxes(&app.frmHighscore()).isEmpty(), qPrintable(textsOutsideTheirBoxes(&app.frmHighscore()).join("; ")));
+        QCOMPARE(app.frmHighscore().Label2->geometry(), twipsRect(240, 240, 2175, 375));
+        app.openAbout();
+        QVERIFY2(textsOutsideTheirBoxes(app.frmAbout()).isEmpty(), qPrintable(textsOutsideTheirBoxes(app.frmAbout()).join("; ")));
+        int tipsScroll = -1;
+        QStringList helpOutside;
+        whenModal([&](QWidget* w) {
+            auto* help = static_cast<FrmHelp*>(w);
+            helpOutside = textsOutsideTheirBoxes(help);
+            help->cmdTips->click();
+            QTest::qWait(20);
+            tipsScroll = help->txtHelp->verticalScrollBar()->maximum();
+            help->cmdClose->click();
+        });
+        app.openHelp();
+        QVERIFY2(helpOutside.isEmpty(), qPrintable(helpOutside.join("; ")));
+        QCOMPARE(tipsScroll, 0);
+    }
+
+    // Also run at 2x: a picture is shown in blocks of its own pixels, no colour added.
+    void picturesScaleWithoutSmoothing() {
+        QuillopApp app(quiet());
+        app.Main();
+        app.openAbout();
+        const auto colours = [](const QImage& image) {
+            QSet<QRgb> seen;
+            const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
+            for (int y = 0; y < rgb.height(); ++y)
+                for (int x = 0; x < rgb.width(); ++x) seen.insert(rgb.pixel(x, y));
+            return seen.size();
+        };
+        const QImage source(QString::fromLatin1(assets::kAboutPicture));
+        const QImage shown = app.frmAbout()->picIcon->grab().toImage();
+        QCOMPARE(shown.size(), source.size() * app.frmAbout()->devicePixelRatioF());
+        QCOMPARE(colours(shown), colours(source));
     }
 };
 

@@ -2,6 +2,7 @@
 // game timer's pauses, the New Game question, the score panel and what the playfield shows.
 #include <QMessageBox>
 #include <QPushButton>
+#include <QBackingStore>
 #include <QTest>
 
 #include <QGuiApplication>
@@ -16,6 +17,19 @@
 
 using namespace quillop;
 using namespace quillop::test;
+
+namespace {
+// What the window shows of a widget: its part of the window's backing store, in device pixels.
+QImage shownOnScreen(QWidget* widget) {
+    const qreal ratio = widget->devicePixelRatioF();
+    const QRect box(QPointF(widget->mapTo(widget->window(), QPoint(0, 0)) * ratio).toPoint(),
+                    QSizeF(QSizeF(widget->size()) * ratio).toSize());
+    QPaintDevice* store = widget->window()->backingStore()->paintDevice();
+    const QImage all = store->devType() == QInternal::Pixmap ? static_cast<QPixmap*>(store)->toImage()
+                                                             : *static_cast<QImage*>(store);
+    return all.copy(box).convertToFormat(QImage::Format_RGB32);
+}
+}  // namespace
 
 class FrameTest : public QObject {
     Q_OBJECT
@@ -245,6 +259,52 @@ private slots:
         QVERIFY(app.surface().image().copy(10, 10, 40, 40) != QImage(40, 40, QImage::Format_RGB32));
         QVERIFY(field.cmdDrop->isVisible());
         QCOMPARE(field.cmdDrop->x(), 30);
+    }
+
+    // A pointer move leaves showing the paddle to the next tick; with no tick running it is
+    // still on screen within one tick's time.
+    void paddleShownWithinATickWithoutTicks() {
+        QuillopApp app(quiet());  // no timer: no tick will come
+        app.Main();
+        QWidget* canvas = app.frmGorvane().canvas();
+        QTRY_VERIFY(canvas->isVisible());
+        QTest::qWait(50);
+        QTest::mouseMove(canvas, QPoint(200, 250));
+        const QRect paddle(184, 248, 32, 4);
+        const QImage drawn = app.surface().image().copy(paddle);
+        QVERIFY(drawn != QImage(drawn.size(), drawn.format()));  // painted at once, not black
+        QTest::qWait(FrmGorvane::kShowSoonMs + 10);
+        QCOMPARE(shownOnScreen(canvas).copy(paddle), drawn);
+    }
+
+    // At any scale (run again under QT_SCALE_FACTOR 1.5 and 2), what the window shows after
+    // a few hundred partial repaints is what a full repaint of the same moment shows: no
+    // edge of the puck or a sprite is left behind outside the repainted areas.
+    void playedFieldMatchesAFreshRepaint() {
+        QuillopApp app(quiet());
+        app.Main();
+        FrmGorvane& field = app.frmGorvane();
+        Gorvane& game = app.program().gorvane();
+        QWidget* canvas = field.canvas();
+        QTRY_VERIFY(canvas->isVisible());
+        field.cmdPlay->click();
+        game.Lives = 100;  // no game over and no dialog
+        for (int tick = 0; tick < 600; ++tick) {
+            if (game.cmdDrop.Visible == kTrue) field.cmdDrop->click();
+            game.Timer1_Timer();
+            field.refresh();
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+        }
+        QTest::qWait(50);
+        const QImage shown = shownOnScreen(canvas);
+        canvas->repaint();
+        const QImage fresh = shownOnScreen(canvas);
+        QCOMPARE(shown.size(), fresh.size());
+        int stale = 0;
+        for (int y = 0; y < shown.height(); ++y)
+            for (int x = 0; x < shown.width(); ++x) stale += shown.pixel(x, y) != fresh.pixel(x, y);
+        QCOMPARE(stale, 0);
     }
 };
 
