@@ -76,12 +76,12 @@ public:
     virtual float left() = 0;
     virtual float height() = 0;
     virtual float width() = 0;
-    virtual int windowState() = 0;
+    virtual WindowState windowState() = 0;
     virtual void setTop(float twips) = 0;
     virtual void setLeft(float twips) = 0;
     virtual void setHeight(float twips) = 0;
     virtual void setWidth(float twips) = 0;
-    virtual void setWindowState(int state) = 0;
+    virtual void setWindowState(WindowState state) = 0;
 };
 
 // The playfield window itself: a placed window with an inner drawing area in pixels

@@ -14,7 +14,7 @@
 
 #include "platform/qt/shape_paint.h"
 #include "shell/classic.h"
-#include "shell/quillop_app.h"
+#include "shell/startup_log.h"
 
 namespace quillop {
 namespace {
@@ -286,7 +286,7 @@ void FrmGorvane::setWidth(float w) {
     applyGeometry();
 }
 
-void FrmGorvane::setWindowState(int state) {
+void FrmGorvane::setWindowState(WindowState state) {
     // Only reachable from a hand-edited store: a maximised playfield fills the frame's
     // client area; a minimised one is kept in its normal place (it has no icon to show).
     state_ = state;
@@ -295,7 +295,7 @@ void FrmGorvane::setWindowState(int state) {
 
 void FrmGorvane::applyGeometry() {
     QRect target = normalGeometry_;
-    if (state_ == 2 && parentWidget()) target = parentWidget()->rect();
+    if (state_ == kMaximized && parentWidget()) target = parentWidget()->rect();
     if (geometry() != target) setGeometry(target);
     matchSurface();
 }

@@ -46,12 +46,12 @@ public:
     float left() override;
     float height() override;
     float width() override;
-    int windowState() override { return state_; }
+    WindowState windowState() override { return state_; }
     void setTop(float twips) override;
     void setLeft(float twips) override;
     void setHeight(float twips) override;
     void setWidth(float twips) override;
-    void setWindowState(int state) override;
+    void setWindowState(WindowState state) override;
     void setCaption(const std::string&) override {}  // the playfield shows no title
 
     QWidget* canvas() const;
@@ -81,7 +81,7 @@ private:
     std::function<void()> afterEvent_;
     PlayfieldCanvas* canvas_ = nullptr;
     Remembered top_, left_, width_, height_;
-    int state_ = 0;
+    WindowState state_ = kNormal;
     QRect normalGeometry_{0, 0, 1, 1};
     QRect puckDrawn_;
     QTimer showSoon_;

@@ -47,7 +47,7 @@ float FrmMDI::left() { return remembered(left_, pos().x()); }
 float FrmMDI::height() { return remembered(height_, frameGeometry().height()); }
 float FrmMDI::width() { return remembered(width_, frameGeometry().width()); }
 
-int FrmMDI::windowState() {
+WindowState FrmMDI::windowState() {
     if (isMinimized()) return kMinimized;
     if (isMaximized()) return kMaximized;
     return kNormal;
@@ -74,7 +74,7 @@ void FrmMDI::setWidth(float w) {
     resize(std::max(outer - decorations().width(), 1), QMainWindow::height());
 }
 
-void FrmMDI::setWindowState(int state) {
+void FrmMDI::setWindowState(WindowState state) {
     // Asking for the state the frame is already in changes nothing and raises no event.
     if (state == windowState()) return;
     Qt::WindowStates states = QMainWindow::windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
@@ -127,7 +127,7 @@ void FrmMDI::moveEvent(QMoveEvent* event) {
 void FrmMDI::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() != QEvent::WindowStateChange) return;
-    const int state = windowState();
+    const WindowState state = windowState();
     if (state == lastState_) return;
     lastState_ = state;
     if (onResize) onResize();

@@ -33,12 +33,12 @@ public:
     float left() override;
     float height() override;
     float width() override;
-    int windowState() override;
+    WindowState windowState() override;
     void setTop(float twips) override;
     void setLeft(float twips) override;
     void setHeight(float twips) override;
     void setWidth(float twips) override;
-    void setWindowState(int state) override;
+    void setWindowState(WindowState state) override;
     void setScorePanelWidth(float twips) override;
 
 protected:
@@ -58,7 +58,7 @@ private:
     void adoptDecorations();
 
     Remembered top_, left_, width_, height_;
-    int lastState_ = 0;
+    WindowState lastState_ = kNormal;
     QSize knownDecorations_{-1, -1};  // none seen yet
     QSize wantedOuter_;  // the outer size asked for before the window manager framed us
 };

@@ -240,7 +240,7 @@ void QuillopApp::startRecording() {
 
 void QuillopApp::recordFrameResize() {
     // The frame's rule ran: a change of state, or else the playfield's size it arranged.
-    const int state = frame_->windowState();
+    const WindowState state = frame_->windowState();
     const int before = std::exchange(recordedState_, state);
     if (state == kMinimized) {
         if (before != kMinimized) record("minimize");

@@ -27,7 +27,6 @@
 #include "shell/frm_score.h"
 #include "replay/memory_settings.h"
 #include "replay/recorder.h"
-#include "shell/startup_log.h"  // for the windows that mark their first paint
 
 namespace quillop {
 
@@ -135,7 +134,7 @@ private:
     std::string caption_;
     std::unique_ptr<replay::GameRecorder> recorder_;
     double loadWidth_ = 0, loadHeight_ = 0;  // the playfield's inner area as it loaded
-    int recordedState_ = kNormal;
+    WindowState recordedState_ = kNormal;
     std::future<void> keeping_;  // the last recording being written, off the game's thread
     std::FILE* trace_ = nullptr;
     std::string traceBuffer_;

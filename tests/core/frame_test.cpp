@@ -54,7 +54,7 @@ TEST(FrameArrangement, TheNormalFrameSnapsBackToItsMinimumSize) {
     EXPECT_EQ(rig.window.widthT, 5620);
     EXPECT_EQ(rig.window.heightT, 3700);
     // Maximised on a tiny screen there is no snap: the playfield falls back to 2 x 2.
-    rig.frameWindow.state = 2;
+    rig.frameWindow.state = kMaximized;
     rig.frameWindow.setWidth(300);
     rig.frameWindow.setHeight(1000);
     EXPECT_EQ(rig.window.widthT, 2);
@@ -65,9 +65,9 @@ TEST(FrameArrangement, MinimisingPausesTheGameAndRestoringResumesIt) {
     FrameRig rig;
     rig.start();
     rig.g.cmdPlay_Click();
-    rig.frameWindow.setWindowState(1);
+    rig.frameWindow.setWindowState(kMinimized);
     EXPECT_EQ(rig.g.Timer1.Enabled, kFalse);
-    rig.frameWindow.setWindowState(0);
+    rig.frameWindow.setWindowState(kNormal);
     EXPECT_EQ(rig.g.Timer1.Enabled, kTrue);
 }
 
@@ -80,7 +80,7 @@ TEST(FramePlacement, SavedNormallyThenMaximisedThenMinimised) {
     EXPECT_EQ(rig.settings.writes, (std::vector<std::string>{"MDI/Top=120", "MDI/Left=300", "MDI/Height=6000",
                                                              "MDI/Width=8000.5", "MDI/Windowstate=0"}));
     // Maximised: the last normal placement is kept for when it is restored.
-    rig.frameWindow.setWindowState(2);
+    rig.frameWindow.setWindowState(kMaximized);
     rig.frameWindow.setWidth(20000);
     rig.settings.writes.clear();
     rig.frame.SaveMDISettings();
@@ -103,7 +103,7 @@ TEST(FramePlacement, NeverNormalThisRunKeepsTheStoredPlacement) {
     rig.settings.values["MDI/Windowstate"] = "2";
     rig.settings.values["MDI/Top"] = "55";
     rig.frameWindow.frame = &rig.frame;
-    rig.frameWindow.state = 2;  // the window system opened it maximised before any resize
+    rig.frameWindow.state = kMaximized;  // the window system opened it maximised before any resize
     rig.frame.Form_Load();
     EXPECT_FALSE(rig.frame.MDIPlacement().Top.has_value());
     rig.settings.writes.clear();

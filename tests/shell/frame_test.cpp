@@ -137,7 +137,7 @@ private slots:
         QCOMPARE(store.read("Gorvane", "Highscorer", ""), std::string("Ormswell"));
         QuillopApp again(quiet());
         again.Main();
-        QTRY_COMPARE(again.frmMDI().windowState(), int(kMaximized));
+        QTRY_COMPARE(again.frmMDI().windowState(), kMaximized);
         again.frmMDI().setWindowState(kNormal);
         QTRY_COMPARE(again.frmMDI().width(), 8010.0f);
         QCOMPARE(again.frmMDI().left(), 450.0f);

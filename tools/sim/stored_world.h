@@ -18,17 +18,17 @@ namespace quillop {
 template <class Window>
 struct StoredPlacement : Window {
     float topT = 0, leftT = 0, heightT = 0, widthT = 0;
-    int state = 0;
+    WindowState state = kNormal;
     float top() override { return topT; }
     float left() override { return leftT; }
     float height() override { return heightT; }
     float width() override { return widthT; }
-    int windowState() override { return state; }
+    WindowState windowState() override { return state; }
     void setTop(float v) override { topT = v; }
     void setLeft(float v) override { leftT = v; }
     void setHeight(float v) override { heightT = v, resized(); }
     void setWidth(float v) override { widthT = v, resized(); }
-    void setWindowState(int s) override { state = s, resized(); }
+    void setWindowState(WindowState s) override { state = s, resized(); }
     virtual void resized() {}
 };
 
