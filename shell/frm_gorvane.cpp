@@ -19,8 +19,6 @@
 namespace quillop {
 namespace {
 
-const QColor kPuckBorder(0xC0, 0xC0, 0xC0);
-
 // The label's mouse presses and moves stay with it, as the classic lightweight label kept
 // them: the paddle does not follow the pointer across "Insert Coin".
 class MessageLabel : public QLabel {
@@ -116,9 +114,7 @@ protected:
         painter.setClipping(false);
         for (const QRect& r : outside) painter.fillRect(r, QColor(0x80, 0x80, 0x80));
         if (Gorvane* game = owner_.game(); game && game->shapePuck.Visible != kFalse) {
-            const ShapeModel& puck = game->shapePuck;
-            paintShape(painter, shapeBox(puck.Left, puck.Top, puck.Width, puck.Height), puck.Shape,
-                       puck.FillStyle, colorFromBgr(puck.FillColor), kPuckBorder);
+            paintPuck(painter, game->shapePuck);
         }
     }
     void mouseMoveEvent(QMouseEvent* event) override {

@@ -4,13 +4,10 @@
 #include <cmath>
 #include <cstring>
 
+#include "platform/qt/bgr_color.h"
+
 namespace quillop {
 namespace {
-
-QRgb fromBgr(std::uint32_t bgr) {
-    return qRgb(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
-                static_cast<int>((bgr >> 16) & 0xFF));
-}
 
 // Each 8-bit channel of x times a / 255, two channels at a time.
 inline std::uint32_t byteMul(std::uint32_t x, std::uint32_t a) {
@@ -109,7 +106,7 @@ void ImageSurface::setBackColor(std::uint32_t bgr) {
 
 void ImageSurface::clear() {
     if (image_.isNull()) return;
-    image_.fill(fromBgr(backColor_));
+    image_.fill(colorFromBgr(backColor_).rgb());
     dirty_ = image_.rect();
     std::fill(dirtyTiles_.begin(), dirtyTiles_.end(), 1);
 }

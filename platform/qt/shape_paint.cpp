@@ -7,11 +7,6 @@
 
 namespace quillop {
 
-QColor colorFromBgr(std::uint32_t bgr) {
-    return QColor(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
-                  static_cast<int>((bgr >> 16) & 0xFF));
-}
-
 QRect shapeBox(float left, float top, float width, float height) {
     auto px = [](float v) { return static_cast<int>(std::lround(static_cast<double>(v))); };
     return QRect(px(left), px(top), std::max(px(width), 0), std::max(px(height), 0));
@@ -41,6 +36,12 @@ void paintShape(QPainter& painter, const QRect& box, int shape, int fillStyle, c
     else
         painter.drawRect(inner);
     painter.restore();
+}
+
+void paintPuck(QPainter& painter, const ShapeModel& puck) {
+    static const QColor kPuckBorder(0xC0, 0xC0, 0xC0);
+    paintShape(painter, shapeBox(puck.Left, puck.Top, puck.Width, puck.Height), puck.Shape, puck.FillStyle,
+               colorFromBgr(puck.FillColor), kPuckBorder);
 }
 
 }  // namespace quillop

@@ -14,8 +14,7 @@ void drawPuck(QImage& image, const ShapeModel& puck) {
     const auto nearField = [](float v) { return std::fabs(v) < 1e6f; };  // also rejects NaN
     if (!(nearField(puck.Left) && nearField(puck.Top) && nearField(puck.Width) && nearField(puck.Height))) return;
     QPainter painter(&image);
-    paintShape(painter, shapeBox(puck.Left, puck.Top, puck.Width, puck.Height), puck.Shape, puck.FillStyle,
-               colorFromBgr(puck.FillColor), QColor(0xC0, 0xC0, 0xC0));
+    paintPuck(painter, puck);
 }
 
 }  // namespace
