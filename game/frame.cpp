@@ -40,25 +40,16 @@ void MdiFrame::Form_Resize() {
     field.setHeight(height > 0 ? height : 2);
 
     if (window_.windowState() == kNormal) {
-        placement_.Top = window_.top();
-        placement_.Left = window_.left();
-        placement_.Height = window_.height();
-        placement_.Width = window_.width();
+        normal_ = placementOf(window_);
     }
 }
 
 void MdiFrame::SaveMDISettings() {
     if (window_.windowState() != kNormal) {
         // Never seen in the normal state this run: keep whatever placement was stored.
-        auto writeKnown = [&](const char* key, const std::optional<float>& value) {
-            if (value) writeTwips(settings_, "MDI", key, *value);
-        };
-        writeKnown("Top", placement_.Top);
-        writeKnown("Left", placement_.Left);
-        writeKnown("Height", placement_.Height);
-        writeKnown("Width", placement_.Width);
+        if (normal_) writePlacement(settings_, "MDI", *normal_);
     } else {
-        writePlacement(settings_, "MDI", window_.top(), window_.left(), window_.height(), window_.width());
+        writePlacement(settings_, "MDI", placementOf(window_));
     }
     writeNumber(settings_, "MDI", "Windowstate", window_.windowState());
 }

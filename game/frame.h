@@ -32,18 +32,15 @@ public:
     void SaveMDISettings();
     void mnuNewGame_Click();
 
-    // The last placement seen in the normal state (empty until then).
-    struct Placement {
-        std::optional<float> Top, Left, Height, Width;
-    };
-    const Placement& MDIPlacement() const { return placement_; }
+    // The last placement seen in the normal state (none until then).
+    const std::optional<Placement>& MDIPlacement() const { return normal_; }
 
 private:
     FrameWindow& window_;
     SettingsStore& settings_;
     ModQuillop& mod_;
     std::function<Gorvane&()> playfield_;
-    Placement placement_;
+    std::optional<Placement> normal_;
 };
 
 }  // namespace quillop

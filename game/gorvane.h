@@ -101,7 +101,7 @@ public:
     Byte Jitter = 0;
     Integer SeekerTimer = 0;
 
-    Single NormalTop = 0, NormalLeft = 0, NormalHeight = 0, NormalWidth = 0;
+    Placement Normal;  // the last placement seen in the normal state
     Integer i = 0, j = 0;  // the shared loop counters
 
     // ---- Procedures ----

@@ -10,10 +10,7 @@ void Gorvane::Form_Resize() {
     PlaceButtons();
     PlaceInsertCoin();
     if (window_.windowState() == kNormal) {
-        NormalTop = window_.top();
-        NormalLeft = window_.left();
-        NormalHeight = window_.height();
-        NormalWidth = window_.width();
+        Normal = placementOf(window_);
     }
 }
 

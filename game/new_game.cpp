@@ -48,9 +48,9 @@ void Gorvane::Form_QueryUnload() {
 
 void Gorvane::SaveGorvaneSettings() {
     if (window_.windowState() != kNormal)
-        writePlacement(settings_, "Gorvane", NormalTop, NormalLeft, NormalHeight, NormalWidth);
+        writePlacement(settings_, "Gorvane", Normal);
     else
-        writePlacement(settings_, "Gorvane", window_.top(), window_.left(), window_.height(), window_.width());
+        writePlacement(settings_, "Gorvane", placementOf(window_));
     writeNumber(settings_, "Gorvane", "Windowstate", window_.windowState());
     writeNumber(settings_, "Gorvane", "Highscore", mod_.Highscore);
     settings_.write("Gorvane", "Highscorer", mod_.Highscorer);

@@ -64,12 +64,11 @@ void writeTwips(SettingsStore& store, const std::string& section, const std::str
     store.write(section, key, singleText(twips));
 }
 
-void writePlacement(SettingsStore& store, const std::string& section, float top, float left, float height,
-                    float width) {
-    writeTwips(store, section, "Top", top);
-    writeTwips(store, section, "Left", left);
-    writeTwips(store, section, "Height", height);
-    writeTwips(store, section, "Width", width);
+void writePlacement(SettingsStore& store, const std::string& section, const Placement& placement) {
+    writeTwips(store, section, "Top", placement.Top);
+    writeTwips(store, section, "Left", placement.Left);
+    writeTwips(store, section, "Height", placement.Height);
+    writeTwips(store, section, "Width", placement.Width);
 }
 
 void writeNumber(SettingsStore& store, const std::string& section, const std::string& key,

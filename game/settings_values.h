@@ -28,8 +28,7 @@ std::string readHighscorer(SettingsStore& store);
 // Writing: placements as Single text, whole numbers without a decimal part.
 void writeTwips(SettingsStore& store, const std::string& section, const std::string& key, float twips);
 // "Top", "Left", "Height", "Width", in that order.
-void writePlacement(SettingsStore& store, const std::string& section, float top, float left, float height,
-                    float width);
+void writePlacement(SettingsStore& store, const std::string& section, const Placement& placement);
 void writeNumber(SettingsStore& store, const std::string& section, const std::string& key, double value);
 
 }  // namespace quillop

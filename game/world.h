@@ -84,6 +84,15 @@ public:
     virtual void setWindowState(WindowState state) = 0;
 };
 
+// A window's placement (twips), as remembered from its normal state.
+struct Placement {
+    float Top = 0, Left = 0, Height = 0, Width = 0;
+};
+
+inline Placement placementOf(PlacedWindow& window) {
+    return {window.top(), window.left(), window.height(), window.width()};
+}
+
 // The playfield window itself: a placed window with an inner drawing area in pixels
 // (ScaleLeft = ScaleTop = 0).
 class PlayfieldWindow : public PlacedWindow {

@@ -36,7 +36,7 @@ TEST(FrameArrangement, FirstStartWithAnEmptyStore) {
     EXPECT_EQ(rig.frameWindow.leftT, 300);
     EXPECT_EQ(rig.frameWindow.widthT, 7000);
     EXPECT_EQ(rig.frameWindow.heightT, 6000);
-    EXPECT_EQ(rig.frameWindow.state, 0);
+    EXPECT_EQ(rig.frameWindow.state, kNormal);
     EXPECT_EQ(rig.frameWindow.scorePanelWidth, 6500);
     EXPECT_EQ(rig.window.leftT, 100);
     EXPECT_EQ(rig.window.topT, 400);
@@ -90,12 +90,12 @@ TEST(FramePlacement, SavedNormallyThenMaximisedThenMinimised) {
     FrameRig next;
     next.settings.values = rig.settings.values;
     next.start();
-    EXPECT_EQ(next.frameWindow.state, 2);
+    EXPECT_EQ(next.frameWindow.state, kMaximized);
     next.settings.values["MDI/Windowstate"] = "1";
     FrameRig third;
     third.settings.values = next.settings.values;
     third.start();
-    EXPECT_EQ(third.frameWindow.state, 0);  // a minimised frame reopens normal
+    EXPECT_EQ(third.frameWindow.state, kNormal);  // a minimised frame reopens normal
 }
 
 TEST(FramePlacement, NeverNormalThisRunKeepsTheStoredPlacement) {
@@ -105,7 +105,7 @@ TEST(FramePlacement, NeverNormalThisRunKeepsTheStoredPlacement) {
     rig.frameWindow.frame = &rig.frame;
     rig.frameWindow.state = kMaximized;  // the window system opened it maximised before any resize
     rig.frame.Form_Load();
-    EXPECT_FALSE(rig.frame.MDIPlacement().Top.has_value());
+    EXPECT_FALSE(rig.frame.MDIPlacement().has_value());
     rig.settings.writes.clear();
     rig.frame.SaveMDISettings();
     EXPECT_EQ(rig.settings.writes, std::vector<std::string>{"MDI/Windowstate=2"});
@@ -122,7 +122,7 @@ TEST(Settings, UnusableStoredValuesFallBackOneByOne) {
     EXPECT_EQ(rig.frameWindow.leftT, 300);
     EXPECT_EQ(rig.frameWindow.heightT, 6000);
     EXPECT_EQ(rig.frameWindow.widthT, 7500);  // the good entry survives
-    EXPECT_EQ(rig.frameWindow.state, 0);
+    EXPECT_EQ(rig.frameWindow.state, kNormal);
 
     Rig field;  // a fresh playfield load over the same store
     field.settings.values = rig.settings.values;

@@ -188,7 +188,7 @@ TEST_F(SettingsFileTest, KilledMidSaveLeavesTheOldOrTheNewFileNeverATornOne) {
                 mod.Score = score;
                 entry.Form_Paint();
                 entry.SaveHighscore("Player " + std::to_string(static_cast<long>(score)));
-                writePlacement(store, "MDI", score, 300, 6000, 7000);  // and a close's worth now and then
+                writePlacement(store, "MDI", {static_cast<float>(score), 300, 6000, 7000});  // and a close's worth now and then
                 if (store.commit() != "") _exit(3);
             }
         }
@@ -313,9 +313,9 @@ TEST_F(SettingsFileTest, LargeFileClosesQuicklyAndSymlinkStays) {
         SettingsFile store(file_.string());
         ASSERT_EQ(readHighscore(store), 4321.0);
         const auto start = std::chrono::steady_clock::now();
-        writePlacement(store, "MDI", 300 + run, 300, 6000, 7000);  // the close: frame, then playfield
+        writePlacement(store, "MDI", {300.0f + run, 300, 6000, 7000});  // the close: frame, then playfield
         writeNumber(store, "MDI", "Windowstate", 0);
-        writePlacement(store, "Gorvane", 400, 100, 4000, 4000);
+        writePlacement(store, "Gorvane", {400, 100, 4000, 4000});
         writeNumber(store, "Gorvane", "Windowstate", 0);
         writeNumber(store, "Gorvane", "Highscore", 4321);
         store.write("Gorvane", "Highscorer", "Good \"Name\"; ok");

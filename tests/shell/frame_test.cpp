@@ -93,7 +93,7 @@ private slots:
         // The frame itself, stored far off to the left and wider than this screen.
         {
             QtSettingsStore store;
-            writePlacement(store, "MDI", 300, -30000, 6000, 60000);
+            writePlacement(store, "MDI", {300, -30000, 6000, 60000});
             QCOMPARE(store.commit(), std::string());
         }
         QuillopApp app(quiet());
@@ -114,7 +114,7 @@ private slots:
             FrameWindow& frame = app.frmMDI();
             frame.setLeft(450);
             frame.setWidth(8010);
-            QTRY_COMPARE(app.program().frame.MDIPlacement().Width.value_or(0), 8010.0f);
+            QTRY_COMPARE(app.program().frame.MDIPlacement().value_or(Placement{}).Width, 8010.0f);
             frame.setWindowState(kMinimized);
             QTRY_COMPARE(game.Timer1.Enabled, kFalse);
             frame.setWindowState(kNormal);
@@ -127,7 +127,7 @@ private slots:
             frame.setWindowState(kMaximized);
             QTRY_COMPARE(game.Timer1.Enabled, kTrue);
             QTRY_VERIFY(frame.width() > 8010.0f);
-            QCOMPARE(app.program().frame.MDIPlacement().Width.value_or(0), 8010.0f);
+            QCOMPARE(app.program().frame.MDIPlacement().value_or(Placement{}).Width, 8010.0f);
             app.frmMDI().close();  // saves the frame and the playfield
         }
         QtSettingsStore store;
