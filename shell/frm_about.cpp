@@ -49,7 +49,7 @@ FrmAbout::FrmAbout(QWidget* parent, const std::function<void()>& playSound) : QD
 
     // Load, in order: caption, version, title, icon (the application's), sound.
     setWindowTitle(QStringLiteral("About ") + QString::fromLatin1(kTitle));
-    lblVersion->setText(QStringLiteral("Version %1.%2.%3").arg(kVersionMajor).arg(kVersionMinor).arg(kVersionRevision));
+    lblVersion->setText(QStringLiteral("Version ") + QLatin1String(kVersion));
     lblTitle->setText(QString::fromLatin1(kTitle));
     if (playSound) playSound();
 }

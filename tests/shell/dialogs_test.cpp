@@ -10,6 +10,7 @@
 #include "resources/assets.h"
 #include "shell/frm_help.h"
 #include "shell/quillop_app.h"
+#include "shell/version.h"
 #include "shell_rig.h"
 
 using namespace quillop;
@@ -211,7 +212,7 @@ private slots:
         QVERIFY(about && about->isVisible() && !about->isModal());
         QCOMPARE(about->windowTitle(), QStringLiteral("About Quillop"));
         QCOMPARE(about->lblTitle->text(), QStringLiteral("Quillop"));
-        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 2.0.0"));
+        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version ") + QLatin1String(kVersion));
         // The licence notice, whole inside its box.
         const QLabel* notice = about->lblDisclaimer;
         QVERIFY(notice->text().contains(QStringLiteral("GPL, version 3 or later")));
