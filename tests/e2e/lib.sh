@@ -11,8 +11,8 @@ E2E_DIR=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 # the system's python starts in a tenth of the time of a version manager's shim
 if [ -x /usr/bin/python3 ]; then PYTHON=/usr/bin/python3; else PYTHON=python3; fi
 PIX="$PYTHON $E2E_DIR/pixels.py"
-# /usr/local/bin/convert may be a stand-in that only knows one conversion;
-# the pixel reader needs the real ImageMagick.
+# The pixel reader needs ImageMagick's own convert, the one Debian installs,
+# whatever else of that name comes first on the PATH.
 if [ -x /usr/bin/convert ]; then CONVERT=/usr/bin/convert; else CONVERT=convert; fi
 export CONVERT
 
@@ -44,9 +44,7 @@ e2e_init() {
     export XDG_RUNTIME_DIR=$HOME/run
     mkdir -p "$XDG_CONFIG_HOME" "$XDG_RUNTIME_DIR"
     chmod 700 "$XDG_RUNTIME_DIR"
-    # QSettings' IniFormat names the file Quillop.ini; NativeFormat would
-    # write Quillop.conf.  Either is taken, the .ini first (see conf_file).
-    CONF=$XDG_CONFIG_HOME/Quillop/Quillop.ini
+    CONF=$XDG_CONFIG_HOME/Quillop/Quillop.conf  # the game's settings file
     # No sound server unless a script starts one, and never a spawned one.
     printf 'autospawn = no\n' > "$WORK/pulse-client.conf"
     export PULSE_CLIENTCONFIG=$WORK/pulse-client.conf
@@ -221,12 +219,9 @@ e2e_shot() { # e2e_shot NAME -> path of $ART/NAME.png
     echo "$f"
 }
 
-# The settings file the game wrote; CONF then names it.
+# Whether the game has written its settings file.
 conf_file() {
-    local f
-    for f in "$XDG_CONFIG_HOME/Quillop/Quillop.ini" "$XDG_CONFIG_HOME/Quillop/Quillop.conf"; do
-        [ -s "$f" ] && { CONF=$f; return 0; }
-    done
+    [ -s "$CONF" ] && return 0
     log "  no settings file under $XDG_CONFIG_HOME/Quillop: $(ls -A "$XDG_CONFIG_HOME/Quillop" 2>&1)"
     return 1
 }

@@ -74,7 +74,7 @@ check "first start: WM_CLASS is Quillop2, io.github.quillop.Quillop" \
 e2e_shot 1-first-start >/dev/null
 close_frame "first start"
 check "settings file written" conf_file
-cp "$CONF" "$ART/after-first-run.ini" 2>/dev/null || true
+cp "$CONF" "$ART/after-first-run.conf" 2>/dev/null || true
 for kv in "MDI Top 300" "MDI Left 300" "MDI Width 7000" "MDI Height 6000" \
           "Gorvane Left 100" "Gorvane Top 400" "Gorvane Width 6620" "Gorvane Height 4700"; do
     set -- $kv
@@ -117,7 +117,7 @@ e2e_geometry "$FRAME"
 ML=$(((WX - FL) * 15)) MT=$(((WY - FT) * 15)) MW=$(((WW + FL + FR) * 15)) MH=$(((WH + FT + FB) * 15))
 e2e_shot 2-moved >/dev/null
 close_frame "after a move and a drag"
-cp "$CONF" "$ART/after-move.ini"
+cp "$CONF" "$ART/after-move.conf"
 # Accept the placement in either convention: outer numbers as computed, or
 # the client's (FL,FT further in, the decorations smaller).
 placed() {
