@@ -1,6 +1,8 @@
 // Kills by mine and puck, the lost puck, the levels, the win and the game over.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/core/rig.h"
 
 namespace quillop::test {
@@ -79,13 +81,10 @@ TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     EXPECT_GE(rig.clock.pumps - pumps, 24);  // twelve waits of two passes each
     EXPECT_EQ(g.cmdDrop.Visible, kTrue);
     EXPECT_FLOAT_EQ(g.cmdDrop.Left, (440 - 145) / 2.0f);
-    EXPECT_EQ(g.shapePuck.Visible, kFalse);
-    EXPECT_EQ(g.shapePuck.Top, -10000);
-    EXPECT_EQ(g.shapePuck.Left, 10);
-    EXPECT_EQ(g.shapePuck.Shape, kShapeRoundedSquare);
-    EXPECT_EQ(g.shapePuck.FillColor, kExplodedRed);
-    EXPECT_EQ(g.PuckInPlay, kFalse);
-    EXPECT_EQ(g.PuckDead, kTrue);
+    EXPECT_EQ(std::make_tuple(g.shapePuck.Visible, g.shapePuck.Top, g.shapePuck.Left),
+              std::make_tuple(kFalse, -10000.0f, 10.0f));
+    EXPECT_EQ(rig.look(), "4 8 0 192 paddle 32/0");  // a dark red rounded square
+    EXPECT_EQ(std::make_tuple(g.PuckInPlay, g.PuckDead), std::make_tuple(kFalse, kTrue));
     EXPECT_EQ(rig.mod.Score, 1000);
     rig.ticks(1);
     EXPECT_EQ(g.PuckDead, kFalse);
@@ -151,7 +150,9 @@ TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
         EXPECT_EQ(g.Level, level + 1);
         at.push_back(kill);
         field.push_back(rig.surface.backColors.back());
-        if (g.ArseRowA[1].Active == kTrue) EXPECT_EQ(g.ArseRowA[1].Left, 208);
+        if (g.ArseRowA[1].Active == kTrue) {
+            EXPECT_EQ(g.ArseRowA[1].Left, 208);
+        }
         const float a = g.ArseRowA[0].Left, b = g.ArseRowB[0].Left, q = g.Queen.Left;
         g.UpdateFormation();
         moving += g.Queen.Left != q ? 'Q' : g.ArseRowB[0].Left != b ? 'B' : g.ArseRowA[0].Left != a ? 'A' : '-';
@@ -235,11 +236,8 @@ TEST(EndOfGame, TheSeventyEighthOrdinaryKillWins) {
     rig.mineUnder(g.ArseRowA[2]);
     rig.update(g.ArseRowA[2]);
     EXPECT_EQ(g.Label7.Caption, "You Win !!");
-    EXPECT_EQ(g.Label7.Visible, kTrue);
-    EXPECT_EQ(g.cmdPlay.Visible, kTrue);
-    EXPECT_EQ(g.PuckInPlay, kFalse);
-    EXPECT_EQ(rig.mod.GameOver, kTrue);
-    EXPECT_EQ(g.shapePuck.Visible, kFalse);
+    EXPECT_EQ(std::make_tuple(g.Label7.Visible, g.cmdPlay.Visible, g.PuckInPlay, rig.mod.GameOver, g.shapePuck.Visible),
+              std::make_tuple(kTrue, kTrue, kFalse, kTrue, kFalse));
     EXPECT_EQ(g.shapePuck.Top, -10000);
     EXPECT_EQ(rig.sound.played.back(), "goodjob.wav");
     EXPECT_EQ(rig.host.highscoreDialogs, 1);
