@@ -66,6 +66,13 @@ TEST(Mines, FallFourPixelsATickDriftingAndEndBelowTheField) {
     g.MoveMines();
     EXPECT_EQ(g.Mines[0].Top, 104);
     EXPECT_FLOAT_EQ(g.Mines[0].Left, static_cast<float>(200 + r1 * 8 - r2 * 10));
+    // A drift that ends exactly on the left edge's line does not wrap yet.
+    forceNextDraw(rig.rnd, 0.5);
+    next = rig.rnd;
+    next.next();
+    g.Mines[0].Left = static_cast<float>(-24 - 4 + next.next() * 10);
+    g.MoveMines();
+    EXPECT_EQ(g.Mines[0].Left, -24);
     g.Mines[0].Top = 297;
     g.MoveMines();
     EXPECT_EQ(g.Mines[0].Active, kFalse);

@@ -81,6 +81,7 @@ TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     EXPECT_GE(rig.clock.pumps - pumps, 24);  // twelve waits of two passes each
     EXPECT_EQ(g.cmdDrop.Visible, kTrue);
     EXPECT_FLOAT_EQ(g.cmdDrop.Left, (440 - 145) / 2.0f);
+    EXPECT_FLOAT_EQ(g.cmdDrop.Top, (300 - 41) / 2.0f);
     EXPECT_EQ(std::make_tuple(g.shapePuck.Visible, g.shapePuck.Top, g.shapePuck.Left),
               std::make_tuple(kFalse, -10000.0f, 10.0f));
     EXPECT_EQ(rig.look(), "4 8 0 192 paddle 32/0");  // a dark red rounded square
@@ -148,6 +149,7 @@ TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
         rig.update(g.ArseRowB[8]);
         if (g.Level == level) continue;
         EXPECT_EQ(g.Level, level + 1);
+        EXPECT_EQ(g.Queen.Active, g.Formation == 3 ? kTrue : kFalse);
         at.push_back(kill);
         field.push_back(rig.surface.backColors.back());
         if (g.ArseRowA[1].Active == kTrue) {
