@@ -73,6 +73,9 @@ TEST(Mines, FallFourPixelsATickDriftingAndEndBelowTheField) {
     g.Mines[0].Left = static_cast<float>(-24 - 4 + next.next() * 10);
     g.MoveMines();
     EXPECT_EQ(g.Mines[0].Left, -24);
+    g.Mines[0].Left = 460;  // past the right edge: back in from the left
+    g.MoveMines();
+    EXPECT_EQ(g.Mines[0].Left, -24);
     g.Mines[0].Top = 297;
     g.MoveMines();
     EXPECT_EQ(g.Mines[0].Active, kFalse);

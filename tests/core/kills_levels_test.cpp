@@ -150,6 +150,7 @@ TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
         if (g.Level == level) continue;
         EXPECT_EQ(g.Level, level + 1);
         EXPECT_EQ(g.Queen.Active, g.Formation == 3 ? kTrue : kFalse);
+        EXPECT_EQ(g.ArseRowB[7].Active, g.Formation == 2 ? kTrue : kFalse);  // the row armed whole
         at.push_back(kill);
         field.push_back(rig.surface.backColors.back());
         if (g.ArseRowA[1].Active == kTrue) {

@@ -1,15 +1,19 @@
 #!/usr/bin/env python3
-"""Plays scenarios through quillop-sim and checks what the tool adds to the rules: whole games
-traced tick by tick, the high-score entry, the window commands, determinism, the snapshot,
-the scenario checks and the messages for bad input.
+"""Plays scenarios through quillop-sim and checks facts that follow from the game's rules:
+the serve's numbers recomputed from the generator, the Seeker launch tick and its first step,
+puck losses and Drop, the level change, the end of the game, the high-score entry, the
+window commands, determinism and the scenario checks.
 
-usage: check_sim.py SIM CASE   (CASE: game, highscore, commands, snapshot, badinput, recorded)
+usage: check_sim.py SIM CASE   (CASE: game, highscore, commands, snapshot, badinput)
 """
 import json
+import math
 import os
+import struct
 import subprocess
 import sys
 import tempfile
+import zlib
 
 SIM = os.path.abspath(sys.argv[1])
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -33,42 +37,120 @@ def trace(name, cwd=None):
     return [json.loads(l) for l in out.decode().splitlines()]
 
 
-def ticks_in(name):
-    return sum(int(l.split()[1]) for l in open(os.path.join(HERE, name)) if l.startswith("tick "))
+def f32(x):
+    return struct.unpack("f", struct.pack("f", x))[0]
+
+
+def draw(seed, n):
+    """Value of the n-th draw since start: two unseeded draws at load, then the seed."""
+    s = 327680
+    for k in range(1, n + 1):
+        if k == 3:
+            s = seed
+        s = (s * 1140671485 + 12820163) % 16777216
+    return s / 16777216.0
+
+
+def command_positions(name):
+    """For each command: how many trace lines come before it (every tick assumed to run)."""
+    ticks, out = 0, []
+    for line in open(os.path.join(HERE, name)):
+        words = line.split()
+        if not words or words[0].startswith("#"):
+            continue
+        if words[0] == "tick":
+            ticks += int(words[1])
+        else:
+            out.append((words[0], ticks))
+    return out, ticks
 
 
 PARKED_RED = [10, -10000, 8, 8, False, 4, 0, 0x0000C0]
+THRESHOLDS = [15, 31, 51, 67, 83, 103, 119, 135]
 
 
-def game_facts(lines, scenario):
-    """What a whole game shows in its trace; the rules behind each fact are tested one by one
-    in tests/core."""
-    total = ticks_in(scenario)
-    check([l["t"] for l in lines] == list(range(1, total + 1)), "every tick runs once: %d lines" % len(lines))
+def check_serve(line, prev_draws, seed, width, at):
+    """First tick after a serve: no bounce, so the move is drag applied to the drawn direction."""
+    pi = 3.1415926
+    r0, r1, r2 = (draw(seed, prev_draws + k) for k in (1, 2, 3))
+    left0 = math.floor(width * r0 + 1)
+    x = math.cos(r1 * 180 * 2 * pi / 360) * 0.998
+    y = (math.sin(r2 * 180 * 2 * pi / 360) + 0.5) * 0.998
+    check(line["move"] == [x, y, 1.2], "%s: move %r, expected %r" % (at, line["move"], [x, y, 1.2]))
+    check(line["puck"][:2] == [f32(left0 + x * 1.2), f32(y * 1.2)],
+          "%s: puck at %r" % (at, line["puck"][:2]))
+    check(line["puck"][2:] == [8, 8, True, 3, 0, 0xFFFFFF], "%s: puck look %r" % (at, line["puck"]))
+    check(line["inplay"] and not line["drop"] and line["seekert"] == 1 and line["eticks"] == 1,
+          "%s: serve state" % at)
+
+
+def game_facts(lines, scenario, seed):
+    positions, total = command_positions(scenario)
+    check(len(lines) == total, "every tick runs once the game is on: %d lines" % len(lines))
+    check([l["t"] for l in lines] == list(range(1, len(lines) + 1)), "t counts 1, 2, 3 ...")
+
     first = lines[0]
-    check((first["level"], first["lives"], first["kills"], first["formation"], first["score"]) == (1, 3, 0, 1, 0)
-          and not first["gameover"] and not first["play"], "first tick: a game on at level 1 with 3 lives")
-    losses = 0
+    check((first["level"], first["lives"], first["kills"], first["formation"], first["score"]) == (1, 3, 0, 1, 0),
+          "first tick: level 1, 3 lives, formation 1")
+    check(not first["gameover"] and not first["play"] and first["label"] == "", "first tick: game on")
+    check(all(a[2] for a in first["rowa"]) and not any(b[2] for b in first["rowb"]), "row A armed, row B not")
+    # Play came before any tick: load drew 2, setvars 6 Speeds, then the serve.
+    check_serve(first, 2 + 6, seed, 440, "first serve")
+
+    for cmd, before in positions:
+        if cmd == "drop" and 0 < before < len(lines) and lines[before - 1]["drop"]:
+            check_serve(lines[before], lines[before - 1]["draws"], seed, 440, "serve after tick %d" % before)
+
+    losses, launched, leveled = 0, None, None
     for prev, line in zip(lines, lines[1:]):
         at = "tick %d" % line["t"]
+        check(line["kills"] % 2 == 0 and 0 <= line["jitter"] <= 3 and 0 <= line["eticks"] <= 200, at + ": counters")
         check(line["draws"] > prev["draws"], at + ": the enemies draw every tick")
         if line["lives"] == prev["lives"] - 1 and line["lives"] >= 0:
             losses += 1
-            check(line["dead"] and line["puck"] == PARKED_RED and line["drop"] == (line["lives"] > 0),
-                  at + ": a lost puck parked red, Drop offered while lives remain: %r" % line["puck"])
+            check(line["dead"] and not line["inplay"], at + ": a lost puck is dead, out of play")
+            check(line["puck"] == PARKED_RED, at + ": parked red rounded square, got %r" % line["puck"])
+            check(line["drop"] == (line["lives"] > 0), at + ": Drop offered only while lives remain")
+            check(line["score"] >= prev["score"] + 1000, at + ": the kill still scores")
+        # A Seeker launches when the timer passes 200 with a puck in play; its first step goes a
+        # fifteenth of the way to the puck's corner, in Singles. The launch draw is the tick's last.
+        if prev["seekert"] == 200 and prev["inplay"] and not prev["seekers"][0][2]:
+            s = line["seekers"][0]
+            top0 = f32(draw(seed, line["draws"]) * 300)
+            pl, pt = line["puck"][0], line["puck"][1]
+            check(line["seekert"] == 0 and s[2], at + ": Seeker 0 launched")
+            check(s[:2] == [f32(-15 + f32(f32(pl + 15) / 15)), f32(top0 + f32(f32(pt - top0) / 15))],
+                  at + ": Seeker 0 first step %r" % s)
+            launched = launched or line["t"]
+        for k in THRESHOLDS[:1]:
+            if prev["kills"] < k < line["kills"]:
+                if line["lives"] > 0:
+                    lost = 1 if line["dead"] else 0
+                    check((line["level"], line["formation"]) == (2, 2), at + ": level 2, formation 2")
+                    check(line["lives"] == prev["lives"] + 1 - lost, at + ": a life for the level")
+                    check(all(b[2] for b in line["rowb"]) and not any(a[2] for a in line["rowa"]),
+                          at + ": row B armed after the last of row A")
+                    leveled = line["t"]
+                else:
+                    check(line["level"] == 1, at + ": no level change on the last life")
     check(losses == 4, "three lives and the one level 2 gave lost, got %d" % losses)
-    check(any(l["level"] == 2 for l in lines), "level 2 reached")
+    check(launched == 201, "first Seeker on tick 201, got %r" % launched)
+    check(leveled is not None, "level 2 reached")
+
     end = next(i for i, l in enumerate(lines) if l["lives"] == 0)
     check(not any(l["gameover"] for l in lines[: end + 1]), "no game over before the tick after the last loss")
+    check(not lines[end]["drop"], "no Drop after the last life")
     for l in lines[end + 1:]:
         check(l["gameover"] and l["lives"] == -1 and l["label"] == "Insert Coin" and l["play"]
               and not l["puck"][4], "tick %d: Insert Coin, Play shown, puck hidden" % l["t"])
+    # Kill 16 came with the last life: the threshold 31 was passed without a level change.
+    check(lines[end]["kills"] == 32 and lines[end]["level"] == 2, "threshold on the last life: still level 2")
     return end
 
 
 def case_game():
     lines = trace("full_game.scn")
-    game_facts(lines, "full_game.scn")
+    game_facts(lines, "full_game.scn", 11)
     for l in lines:
         check(l["highscore"] == 1000000 and l["highscorer"] == "Ormswell"
               and l["caption"] == "Quillop High Score by Ormswell - 1000000", "tick %d: best score kept" % l["t"])
@@ -87,7 +169,7 @@ def case_highscore():
               "holders not UTF-8: %r" % ((odd[0]["highscorer"], odd[-1]["highscorer"]),))
     except ValueError as e:
         check(False, "holders not UTF-8: trace is not JSON: %s" % e)
-    end = game_facts(lines, "highscore.scn")
+    end = game_facts(lines, "highscore.scn", 11)
     shown = ("highscore", "highscorer", "caption")
     check(all({k: v for k, v in a.items() if k not in shown} == {k: v for k, v in b.items() if k not in shown}
               for a, b in zip(plain, lines)), "the dialog changes nothing in the game")
@@ -122,6 +204,34 @@ def case_commands():
           "the puck bounces inside 300 x 200")
 
 
+def png_pixels(data):
+    """Decodes an 8-bit RGB or RGBA PNG: (width, height, rows of (r, g, b))."""
+    check(data[:8] == b"\x89PNG\r\n\x1a\n", "PNG signature")
+    pos, idat = 8, b""
+    while pos < len(data):
+        n, kind = struct.unpack(">I4s", data[pos:pos + 8])
+        body = data[pos + 8:pos + 8 + n]
+        if kind == b"IHDR":
+            w, h, depth, ctype = struct.unpack(">IIBB", body[:10])
+        elif kind == b"IDAT":
+            idat += body
+        pos += 12 + n
+    bpp = {2: 3, 6: 4}[ctype]
+    raw, rows, prev, k = zlib.decompress(idat), [], bytearray(w * bpp), 0
+    for _ in range(h):
+        f, line = raw[k], bytearray(raw[k + 1:k + 1 + w * bpp])
+        k += 1 + w * bpp
+        for i in range(len(line)):
+            a = line[i - bpp] if i >= bpp else 0
+            b, c = prev[i], prev[i - bpp] if i >= bpp else 0
+            p = a + b - c
+            pr = a if abs(p - a) <= abs(p - b) and abs(p - a) <= abs(p - c) else b if abs(p - b) <= abs(p - c) else c
+            line[i] = (line[i] + [0, a, b, (a + b) // 2, pr][f]) & 0xFF
+        rows.append([tuple(line[x * bpp:x * bpp + 3]) for x in range(w)])
+        prev = line
+    return w, h, rows
+
+
 def case_snapshot():
     results = []
     for _ in range(2):
@@ -130,16 +240,13 @@ def case_snapshot():
             check(rc == 0, "snapshot scenario: exit %d %s" % (rc, err))
             results.append((out, open(os.path.join(d, "snapshot.png"), "rb").read()))
     check(results[0] == results[1], "same scenario, same trace and picture, byte for byte")
-    with tempfile.NamedTemporaryFile(suffix=".png") as png:
-        png.write(results[0][1])
-        png.flush()
-        last = json.loads(results[0][0].decode().splitlines()[-1])
-        left, top = round(last["puck"][0]) + 4, round(last["puck"][1]) + 4
-        look = subprocess.run(["/usr/bin/convert", png.name, "-format", "%w %h %k %[pixel:p{" + "%d,%d}]" % (left, top),
-                               "info:"], capture_output=True, text=True).stdout.split()
-    check(look[:2] == ["320", "240"], "picture of the 320 x 240 field: %r" % look)
-    check(int(look[2]) > 3, "sprites are painted, not a blank field")
-    check(not last["puck"][4] or look[3] in ("white", "srgb(255,255,255)"), "the white puck is drawn over the field")
+    w, h, rows = png_pixels(results[0][1])
+    check((w, h) == (320, 240), "picture of the 320 x 240 field: %r" % ((w, h),))
+    last = json.loads(results[0][0].decode().splitlines()[-1])
+    left, top, pw, ph, visible = last["puck"][:5]
+    if visible:
+        check(rows[round(top) + 4][round(left) + 4] == (255, 255, 255), "the white puck is drawn over the field")
+    check(len({p for r in rows for p in r}) > 3, "sprites are painted, not a blank field")
 
 
 def case_badinput():
