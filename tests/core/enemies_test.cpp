@@ -1,5 +1,8 @@
-// Jester mines, the formations' motion tables and the Seeker Arses' launches.
+// Jester mines, the formations and swarms, and the Seeker Arses' launches.
 #include <gtest/gtest.h>
+
+#include <set>
+#include <utility>
 
 #include "tests/core/rig.h"
 
@@ -18,75 +21,94 @@ struct EnemyRig : Rig {
         g.CalcPuckEdges();
         g.Speed1 = 1, g.Speed2 = 2, g.Speed3 = 3, g.Speed4 = 4, g.Speed5 = 5, g.Speed6 = 6;
         g.Catfish.Left = 10000;
+        g.Jitter = 0;  // no random part in the formations' steps
     }
 };
 
 }  // namespace
 
-TEST(Mines, APressDropsIntoTheLowestFreeOfThreeSlots) {
+TEST(Mines, APressDropsIntoTheLowestFreeOfThreeSlotsSpreadSideways) {
     Rig rig;
     rig.play();
     Gorvane& g = rig.g;
-    const auto before = rig.rnd.draws();
-    for (int k = 0; k < 4; ++k) g.Form_MouseDown(100, 150);
-    EXPECT_EQ(rig.rnd.draws() - before, 6u);  // the fourth press draws nothing
-    for (int k = 0; k <= 2; ++k) {
+    for (int k = 0; k < 4; ++k) {
+        Generator next = rig.rnd;
+        const double r1 = next.next(), r2 = next.next();
+        g.Form_MouseDown(100, 150);
+        if (k == 3) break;
         EXPECT_EQ(g.Mines[k].Active, kTrue);
         EXPECT_EQ(g.Mines[k].Top, 150 - 11);
-        EXPECT_GT(g.Mines[k].Left, 100 - 12 - 170);
-        EXPECT_LT(g.Mines[k].Left, 100 - 12 + 170);
+        EXPECT_FLOAT_EQ(g.Mines[k].Left, static_cast<float>(100 - 12 + r1 * 170 - r2 * 170)) << k;
     }
+    EXPECT_EQ(rig.rnd.draws(), 2u + 11u + 6u);  // the fourth press draws nothing
     EXPECT_EQ(g.Mines[3].Active, kFalse);
     g.Mines[1].Active = kFalse;
     g.Form_MouseDown(300, 50);
     EXPECT_EQ(g.Mines[1].Active, kTrue);
     EXPECT_EQ(g.Mines[1].Top, 50 - 11);
+
+    Rig ready;  // no puck: no drop; nor while the puck is dead
+    ready.g.Form_MouseDown(100, 100);
+    EXPECT_EQ(ready.g.Mines[0].Active, kFalse);
+    ready.play();
+    ready.g.PuckDead = kTrue;
+    ready.g.Form_MouseDown(100, 100);
+    EXPECT_EQ(ready.g.Mines[0].Active, kFalse);
 }
 
-TEST(Mines, NoDropWithoutAVisiblePuckOrWhileItIsDead) {
-    Rig rig;
-    rig.g.Form_MouseDown(100, 100);  // ready state: no puck
-    EXPECT_EQ(rig.g.Mines[0].Active, kFalse);
-    rig.play();
-    rig.g.PuckDead = kTrue;
-    rig.g.Form_MouseDown(100, 100);
-    EXPECT_EQ(rig.g.Mines[0].Active, kFalse);
-}
-
-TEST(Mines, FallFourPixelsATickAndEndBelowTheField) {
+TEST(Mines, FallFourPixelsATickDriftingAndEndBelowTheField) {
     EnemyRig rig;
     Gorvane& g = rig.g;
-    g.shapePuck.Visible = kTrue;
-    g.Form_MouseDown(200, 100);
-    g.shapePuck.Visible = kFalse;
-    const float top = g.Mines[0].Top, left = g.Mines[0].Left;
-    rig.g.MoveMines();
-    EXPECT_EQ(g.Mines[0].Top, top + 4);
-    EXPECT_GT(g.Mines[0].Left, left - 10);
-    EXPECT_LT(g.Mines[0].Left, left + 8);
+    g.Mines[0].Active = kTrue;
+    g.Mines[0].Left = 200, g.Mines[0].Top = 100;
+    Generator next = rig.rnd;
+    const double r1 = next.next(), r2 = next.next();
+    g.MoveMines();
+    EXPECT_EQ(g.Mines[0].Top, 104);
+    EXPECT_FLOAT_EQ(g.Mines[0].Left, static_cast<float>(200 + r1 * 8 - r2 * 10));
+    // A drift that ends exactly on the left edge's line does not wrap yet.
+    forceNextDraw(rig.rnd, 0.5);
+    next = rig.rnd;
+    next.next();
+    g.Mines[0].Left = static_cast<float>(-24 - 4 + next.next() * 10);
+    g.MoveMines();
+    EXPECT_EQ(g.Mines[0].Left, -24);
+    g.Mines[0].Left = 460;  // past the right edge: back in from the left
+    g.MoveMines();
+    EXPECT_EQ(g.Mines[0].Left, -24);
     g.Mines[0].Top = 297;
-    rig.g.MoveMines();
+    g.MoveMines();
     EXPECT_EQ(g.Mines[0].Active, kFalse);
     const auto draws = rig.rnd.draws();
-    rig.g.MoveMines();  // an inactive mine neither moves nor draws
+    g.MoveMines();  // an inactive mine neither moves nor draws
     EXPECT_EQ(rig.rnd.draws(), draws);
 }
 
-TEST(Formations, EachRowElementMovesByItsLineOfTheTable) {
-    const double table[8][4] = {{0.7, 0.7, 1, 2},  {1, -1, 3, 4},      {-1.2, 1.2, 5, 6}, {-1.5, -1.5, 1, 3},
-                                {0.4, 0.4, 2, 4},  {0.8, -0.8, 3, 5},  {-1.1, 1.1, 4, 6}, {-1.4, -1.4, 5, 1}};
+// With every Speed different, the eight of the armed row leave the centre in eight different
+// directions, two into each quadrant, and keep their step; the other row stays put.
+TEST(Formations, TheArmedRowSpreadsFromTheCentreInEightDirections) {
     for (int formation : {1, 2}) {
         EnemyRig rig;
         Gorvane& g = rig.g;
         g.Formation = formation;
         auto& row = formation == 1 ? g.ArseRowA : g.ArseRowB;
-        for (SpriteRecord& r : row) r.Active = kTrue;
-        g.Jitter = 0;  // no random part
-        rig.g.UpdateFormation();
+        auto& other = formation == 1 ? g.ArseRowB : g.ArseRowA;
+        g.UpdateFormation();
+        std::vector<std::pair<float, float>> first;
+        for (int k = 0; k <= 7; ++k) first.push_back({row[k].Left - 208, row[k].Top - 139});
+        g.UpdateFormation();
+        std::set<std::pair<float, float>> steps(first.begin(), first.end());
+        int perQuadrant[4] = {};
         for (int k = 0; k <= 7; ++k) {
-            EXPECT_FLOAT_EQ(row[k].Left, static_cast<float>(208 + table[k][0] * table[k][2])) << formation << "/" << k;
-            EXPECT_FLOAT_EQ(row[k].Top, static_cast<float>(139 + table[k][1] * table[k][3])) << formation << "/" << k;
+            SCOPED_TRACE(::testing::Message() << formation << "/" << k);
+            EXPECT_FLOAT_EQ(row[k].Left - 208, 2 * first[k].first);
+            EXPECT_FLOAT_EQ(row[k].Top - 139, 2 * first[k].second);
+            ASSERT_NE(first[k].first * first[k].second, 0);
+            ++perQuadrant[(first[k].first > 0) + 2 * (first[k].second > 0)];
+            EXPECT_EQ(other[k].Left, 208);
         }
+        EXPECT_EQ(steps.size(), 8u);
+        EXPECT_EQ(std::vector<int>(perQuadrant, perQuadrant + 4), std::vector<int>(4, 2));
     }
 }
 
@@ -106,7 +128,6 @@ TEST(Formations, EnemiesWrapOnAllFourEdges) {
     EnemyRig rig;
     Gorvane& g = rig.g;
     SpriteRecord& a = g.ArseRowA[0];  // moves +1, +2 a tick with Jitter 0
-    g.Jitter = 0;
     Byte kind = 0;
     a.Left = 440, a.Top = 100;
     g.UpdateArse(a, 0.7, 0.7, g.Speed1, g.Speed2, kind);
@@ -118,6 +139,54 @@ TEST(Formations, EnemiesWrapOnAllFourEdges) {
     g.UpdateArse(a, -0.7, -0.7, g.Speed1, g.Speed2, kind);
     EXPECT_EQ(a.Left, 440);
     EXPECT_EQ(a.Top, 300);
+}
+
+// Formation 3: while the Queen lives nothing else moves; her death wakes the Knight and sends
+// her swarm off his place on four diagonals; his death sends his own swarm off hers alike.
+TEST(Swarms, EachDeathReleasesASwarmOnFourDiagonalsAtTheOthersPlace) {
+    EnemyRig rig;
+    Gorvane& g = rig.g;
+    g.Formation = 3;
+    for (auto* row : {&g.ArseRowA, &g.ArseRowB})
+        for (SpriteRecord& r : *row) r.Active = kFalse;
+    g.ArmQueen();
+    g.Queen.Left = 100, g.Queen.Top = 100;
+    g.Knight.Left = 300, g.Knight.Top = 50;
+    g.UpdateFormation();
+    EXPECT_FLOAT_EQ(g.Queen.Left, 101.7f);
+    for (auto* row : {&g.ArseRowA, &g.ArseRowB})
+        for (int k = 0; k <= 7; ++k) EXPECT_EQ((*row)[k].Left, 208) << k;
+    EXPECT_EQ(g.Knight.Left, 300);
+
+    g.Mines[0].Active = kTrue, g.Mines[0].Left = g.Queen.Left + 5, g.Mines[0].Top = g.Queen.Top + 5;
+    g.UpdateFormation();
+    const float queenLeft = g.Queen.Left, queenTop = g.Queen.Top;
+    EXPECT_EQ(g.Queen.Active, kFalse);
+    EXPECT_EQ(g.Knight.Active, kTrue);
+    const std::vector<SpriteRecord*> queens = {&g.ArseRowA[0], &g.ArseRowA[4], &g.ArseRowB[0], &g.ArseRowB[4]};
+    const std::vector<SpriteRecord*> knights = {&g.ArseRowA[1], &g.ArseRowA[5], &g.ArseRowB[1], &g.ArseRowB[5]};
+    // One step of each member with Speeds 1 to 6: four diagonals, two of them steeper.
+    const std::pair<float, float> step[4] = {{0.7f, 1.4f}, {-0.8f, 1.6f}, {0.7f, -1.4f}, {-0.8f, -1.6f}};
+    auto sentOff = [&](const std::vector<SpriteRecord*>& swarm, float x, float y) {
+        for (int k = 0; k < 4; ++k) {
+            EXPECT_EQ(swarm[k]->Active, kTrue) << k;
+            EXPECT_NEAR(swarm[k]->Left - x, step[k].first, 1e-4) << k;
+            EXPECT_NEAR(swarm[k]->Top - y, step[k].second, 1e-4) << k;
+        }
+    };
+    sentOff(queens, 300, 50);
+    EXPECT_EQ(g.ArseRowA[2].Active, kFalse);
+    EXPECT_EQ(g.Knight.Left, 300 + 2 * 3);  // the Knight moves from the tick he wakes
+    for (SpriteRecord* r : knights) EXPECT_EQ(r->Left, 208);  // his swarm sleeps
+
+    g.Mines[1].Active = kTrue, g.Mines[1].Left = g.Knight.Left + 10, g.Mines[1].Top = g.Knight.Top;
+    for (SpriteRecord* r : queens) r->Active = kFalse;
+    g.UpdateFormation();
+    EXPECT_EQ(g.Knight.Active, kFalse);
+    EXPECT_EQ(g.KnightSwarm, kTrue);
+    sentOff(knights, queenLeft, queenTop);
+    g.UpdateFormation();  // and it keeps flying
+    EXPECT_NEAR(knights[3]->Left - queenLeft, 2 * step[3].first, 1e-4);
 }
 
 TEST(Seekers, LaunchAt201Then101Then51TicksFromTheLeftEdge) {
@@ -144,16 +213,12 @@ TEST(Seekers, LaunchAt201Then101Then51TicksFromTheLeftEdge) {
     EXPECT_EQ(g.Seekers[3].Active, kFalse);  // never launched
     EXPECT_LE(g.SeekerTimer, 51);            // test 3 keeps resetting it
     EXPECT_EQ(rig.sound.count("seeker3.wav"), 3);
-}
 
-TEST(Seekers, NoLaunchWithoutAPuckInPlayButTheCountStillWraps) {
-    EnemyRig rig;
-    rig.g.PuckInPlay = kFalse;
-    rig.ticks(201);
-    EXPECT_EQ(rig.g.Seekers[0].Active, kFalse);
-    EXPECT_EQ(rig.g.SeekerTimer, 0);
-    rig.ticks(5);
-    EXPECT_EQ(rig.g.SeekerTimer, 5);
+    EnemyRig idle;  // no puck in play: no launch, but the count still wraps
+    idle.g.PuckInPlay = kFalse;
+    idle.ticks(206);
+    EXPECT_EQ(idle.g.Seekers[0].Active, kFalse);
+    EXPECT_EQ(idle.g.SeekerTimer, 5);
 }
 
 TEST(Seekers, AKillScores2500WithoutCountingAndRestartsTheTimer) {

@@ -19,7 +19,7 @@ struct FieldRig : Rig {
 
 }  // namespace
 
-TEST(Catfish, ShootsUpAPuckBelowItsTopEdgeAnywhereOverItsWidth) {
+TEST(Catfish, ShootsUpAPuckBelowItsTopEdgeAndSwimsRoundTheField) {
     FieldRig rig;
     Gorvane& g = rig.g;
     g.Catfish.Left = 150;
@@ -33,15 +33,9 @@ TEST(Catfish, ShootsUpAPuckBelowItsTopEdgeAnywhereOverItsWidth) {
     EXPECT_FLOAT_EQ(g.shapePuck.Top, 287.5f - 8);
     EXPECT_EQ(rig.mod.Score, 200);
     EXPECT_EQ(rig.sound.count("catfish.wav"), 1);
-}
-
-TEST(Catfish, SwimsOutLeftAndComesBackFromTheRightEdge) {
-    FieldRig rig;
-    rig.g.Catfish.Left = -74;
-    rig.g.Catfish.Top = 287.5f;
-    rig.g.Speed3 = 2;
+    g.Catfish.Left = -74;  // swims out left, comes back at the right edge
     rig.ticks(1);
-    EXPECT_EQ(rig.g.Catfish.Left, 440);
+    EXPECT_EQ(g.Catfish.Left, 440);
 }
 
 TEST(Energypod, ContactEnergizesThePuckAndSendsItBack) {
@@ -55,12 +49,7 @@ TEST(Energypod, ContactEnergizesThePuckAndSendsItBack) {
     rig.ticks(1);
     EXPECT_EQ(g.Energized, kTrue);
     EXPECT_EQ(g.Increment, 4.0);
-    EXPECT_EQ(g.shapePuck.Shape, kShapeSquare);
-    EXPECT_EQ(g.shapePuck.Width, 12);
-    EXPECT_EQ(g.shapePuck.FillStyle, kFillDiagonalCross);
-    EXPECT_EQ(g.shapePuck.FillColor, kTeal);
-    EXPECT_EQ(g.PaddleWidth, 64);
-    EXPECT_EQ(g.PaddleImage, 1);
+    EXPECT_EQ(rig.look(), "1 12 7 12632064 paddle 64/1");  // a teal hatched square, the wide paddle
     EXPECT_LT(g.XMove, 0);
     EXPECT_GT(g.YMove, 0);
     EXPECT_EQ(g.Pointspod.Active, kTrue);  // uncloaked
@@ -82,19 +71,13 @@ TEST(Energypod, WarningAt130TicksAndTheEndAt160OnLevelOne) {
     rig.ticks(129);
     EXPECT_EQ(g.shapePuck.FillStyle, kFillDiagonalCross);
     rig.ticks(1);
-    EXPECT_EQ(g.shapePuck.FillStyle, kFillSolid);
-    EXPECT_EQ(g.shapePuck.FillColor, kYellowGreen);
-    EXPECT_EQ(g.shapePuck.Shape, kShapeSquare);
-    EXPECT_EQ(g.shapePuck.Width, 8);
+    EXPECT_EQ(rig.look(), "1 8 0 49296 paddle 64/1");  // the warning: a small yellow-green square
     EXPECT_EQ(g.Energized, kTrue);
     rig.ticks(29);
     EXPECT_EQ(g.Energized, kTrue);
     rig.ticks(1);
     EXPECT_EQ(g.Energized, kFalse);
-    EXPECT_EQ(g.shapePuck.Shape, kShapeCircle);
-    EXPECT_EQ(g.shapePuck.FillColor, kWhite);
-    EXPECT_EQ(g.PaddleWidth, 32);
-    EXPECT_EQ(g.PaddleImage, 0);
+    EXPECT_EQ(rig.look(), "3 8 0 16777215 paddle 32/0");
     EXPECT_EQ(g.Increment, 1.2);
 }
 
@@ -149,23 +132,19 @@ TEST(Pointspod, ContactCloaksItAndSendsThePuckOffOnADiagonal) {
     EXPECT_EQ(g.YMove, -yAtContact);
     EXPECT_EQ(g.Pointspod.Active, kFalse);
     EXPECT_EQ(g.Energized, kTrue);
-    EXPECT_EQ(g.shapePuck.Width, 12);
-    EXPECT_EQ(g.PaddleWidth, 64);
+    EXPECT_EQ(rig.look(), "1 12 7 12632064 paddle 64/1");
     EXPECT_EQ(g.Increment, inc);
     EXPECT_EQ(rig.mod.Score, 1500);
     EXPECT_EQ(rig.sound.count("pointspod.wav"), 1);
-}
 
-TEST(Pointspod, TouchingEdgesAreNoContact) {
-    FieldRig rig;
-    Gorvane& g = rig.g;
-    rig.putPuck(200, 100, 0, -0.5);  // the pull leaves it in place
-    g.Pointspod.Active = kTrue;
-    g.Pointspod.Left = 208;  // exactly at the puck's right edge
-    g.Pointspod.Top = 90;
-    rig.ticks(1);
-    EXPECT_EQ(g.Pointspod.Active, kTrue);
-    EXPECT_EQ(rig.mod.Score, 0);
+    FieldRig touching;  // edges that only touch are no contact
+    touching.putPuck(200, 100, 0, -0.5);  // the pull leaves it in place
+    touching.g.Pointspod.Active = kTrue;
+    touching.g.Pointspod.Left = 208;  // exactly at the puck's right edge
+    touching.g.Pointspod.Top = 90;
+    touching.ticks(1);
+    EXPECT_EQ(touching.g.Pointspod.Active, kTrue);
+    EXPECT_EQ(touching.mod.Score, 0);
 }
 
 TEST(Sidestopper, StopsThePuckAndScoresOnEveryTickOfOverlap) {
@@ -180,11 +159,7 @@ TEST(Sidestopper, StopsThePuckAndScoresOnEveryTickOfOverlap) {
     EXPECT_EQ(g.YMove, 0);
     EXPECT_EQ(rig.mod.Score, 100);
     EXPECT_EQ(rig.sound.count("sidestopper.wav"), 2);
-}
-
-TEST(Sidestopper, DriftsDownLeftAndWraps) {
-    FieldRig rig;
-    Gorvane& g = rig.g;
+    g.Sidestopper.Active = kFalse;  // it drifts down and left, and wraps
     g.Speed2 = 3;
     g.Speed3 = 5;
     g.Sidestopper.Left = 100;
@@ -198,3 +173,5 @@ TEST(Sidestopper, DriftsDownLeftAndWraps) {
 }
 
 }  // namespace quillop::test
+
+

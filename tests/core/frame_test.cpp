@@ -59,6 +59,10 @@ TEST(FrameArrangement, TheNormalFrameSnapsBackToItsMinimumSize) {
     rig.frameWindow.setHeight(1000);
     EXPECT_EQ(rig.window.widthT, 2);
     EXPECT_EQ(rig.window.heightT, 2);
+    rig.frameWindow.setWidth(380);  // nothing left over is no size either
+    rig.frameWindow.setHeight(1300);
+    EXPECT_EQ(rig.window.widthT, 2);
+    EXPECT_EQ(rig.window.heightT, 2);
 }
 
 TEST(FrameArrangement, MinimisingPausesTheGameAndRestoringResumesIt) {

@@ -115,6 +115,13 @@ struct Rig {
         g.YMove = ymove;
         g.CalcPuckEdges();
     }
+    // The puck's look and the paddle's in one line: shape, size, fill style, colour, paddle.
+    std::string look() const {
+        const ShapeModel& p = g.shapePuck;
+        return std::to_string(p.Shape) + " " + std::to_string(int(p.Width)) + " " + std::to_string(p.FillStyle) + " " +
+               std::to_string(p.FillColor) + " paddle " + std::to_string(int(g.PaddleWidth)) + "/" +
+               std::to_string(int(g.PaddleImage));
+    }
     void ticks(int n) {
         for (int k = 0; k < n; ++k) g.Timer1_Timer();
     }

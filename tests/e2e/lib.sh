@@ -329,3 +329,12 @@ e2e_stop_sound_server() {
     fi
     log "$SOUND_SERVER stopped"
 }
+
+# conf_either SECTION KEY A B: the stored number is within 45 twips (3 px) of A or of B,
+# a placement read either as the outer frame or as the client area
+conf_either() {
+    local v
+    v=$(conf_get "$1" "$2")
+    $PYTHON -c 'import sys; v,a,b=map(float,sys.argv[1:]); sys.exit(0 if min(abs(v-a),abs(v-b))<=45 else 1)' \
+        "${v:-nan}" "$3" "$4" || { log "  [$1] $2 = '$v', want $3 or $4"; return 1; }
+}

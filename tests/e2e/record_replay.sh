@@ -1,11 +1,14 @@
 #!/bin/bash
 # A game played with the real pointer is kept, and plays back exactly.  The game runs with
-# --trace; the player moves the pointer all the time (some moves land in the explosion's
-# waits), drops mines, opens and closes the help window, minimises and restores the frame,
-# resizes it, answers New Game No and then Yes, and plays a second game to its end.  Then:
+# --trace and no sound server (it has to run silently without one); the player moves the
+# pointer all the time (some moves land in the explosion's waits), drops mines, opens and
+# closes the help window, minimises and restores the frame, resizes it, answers New Game No
+# and then Yes, and plays a second game to its end, typing a name into Congrats!.  On the
+# way, screenshots show the paddle under the pointer, the sprites and the green score, and
+# the window manager shows the help window's size and the dialog centred.  Then:
 # quillop-sim on the kept recording prints the window's own trace, byte for byte; the
-# window's replay of it (with three snapshots put in) prints it too, and its snapshots show
-# the Arses and the puck where the trace has them.
+# window's replay of it (with three snapshots put in) prints it too, and its snapshots are
+# quillop-sim's, pixel for pixel.
 #
 # usage: record_replay.sh PATH/TO/Quillop2 PATH/TO/quillop-sim [ARTIFACTS_DIR]
 source "$(dirname "$0")/lib.sh"
@@ -49,10 +52,23 @@ new_game() { # new_game y|n: File, New Game, and the answer
 # --- first game: pointer, mines, a lost puck, the windows ------------------
 xdotool mousemove "$PX" "$PY" click 1
 sleep 0.1; xdotool mousemove $((PFX + PFW / 2)) $((PFY + PFH / 2)) click 1   # a mine
+MX=$PX MY=$((PY + 110))
+xdotool mousemove "$MX" "$MY"; sleep 0.2
+A=$(e2e_shot 02-playing); sleep 0.2; B=$(e2e_shot 02-playing-later)
+check "paddle: yellow under the pointer" test "$($PIX count "$A" "$((MX - 24)),$((MY - 8)),48,14" FFFF00 40)" -ge 10
+# enemies, pods, mines: colours that are neither the field, the paddle, the puck nor greys
+check "sprites: coloured figures on the field" \
+    test "$($PIX other "$A" "$PFX,$PFY,$PFW,$((MY - 12 - PFY))" 000000 FFFFFF C0C0C0 808080 FFFF00)" -ge 40
+check "the field animates" test "$($PIX diff "$A" "$B" "$PFX,$PFY,$PFW,$PFH")" -gt 0
+check "score panel: green score digits" test "$($PIX count "$A" "$FX,$FY,$FW,60" 00FF00 40)" -ge 5
 sweep 3                       # the unguided puck is lost meanwhile; Drop waits
 xdotool key --clearmodifiers alt+h; sleep 0.4; xdotool key h
 HELP=$(e2e_wait_window '^Help$' 10) || die "no Help window"
 sleep 0.5; e2e_geometry "$HELP"
+HELP_AT="$(( (WX - FL) * 15 )) $(( (WY - FT) * 15 )) $((WX * 15)) $((WY * 15))"
+check "help window: client 354x420 px (got ${WW}x${WH})" \
+    bash -c "(( ${WW} >= 351 && ${WW} <= 357 && ${WH} >= 417 && ${WH} <= 423 ))"
+check "help window: navy text box" test "$($PIX count "$(e2e_shot 03-help)" "$WX,$WY,354,100" 000080 8)" -ge 2000
 xdotool mousemove $((WX + 308)) $((WY + 396)) click 1
 e2e_wait_gone "$HELP" 5 || die "Close did not close the help window"
 xdotool windowminimize --sync "$FRAME"; sleep 0.5
@@ -71,7 +87,23 @@ until ls "$REPLAYS"/*.scn >/dev/null 2>&1; do
     (( $(date +%s) - T0 < 90 )) || die "no recording kept within 90 s"
     box=$(xdotool search --onlyvisible --name '^Congrats!$' 2>/dev/null | head -1 || true)
     if [ -n "$box" ]; then
-        xdotool windowactivate --sync "$box" key ctrl+a; xdotool type --delay 30 "Replayer"; xdotool key Return
+        sleep 0.5; e2e_geometry "$box"
+        check "Congrats!: client about 372x138 px (got ${WW}x${WH})" \
+            bash -c "(( $WW >= 369 && $WW <= 375 && $WH >= 135 && $WH <= 141 ))"
+        check "Congrats!: centred on the screen with its decorations" \
+            bash -c "(( ${WX} + (${WW} + ${FR} - ${FL}) / 2 - 640 <= 5 && 640 - ${WX} - (${WW} + ${FR} - ${FL}) / 2 <= 5 &&
+                        ${WY} + (${WH} + ${FB} - ${FT}) / 2 - 512 <= 5 && 512 - ${WY} - (${WH} + ${FB} - ${FT}) / 2 <= 5 ))"
+        # no control box: no minimise, maximise or close asked of the window manager (Motif
+        # functions 8, 16, 32; 1 would be all); openbox draws its buttons anyway
+        read -r flags funcs _ <<<"$(xprop -id "$box" _MOTIF_WM_HINTS | sed -n 's/.*= *//p' | tr -d ',')"
+        check "Congrats!: no minimise, maximise or close asked for" \
+            bash -c "(( (${flags:-0} & 1) && (${funcs:-1} & 57) == 0 ))"
+        xdotool windowactivate --sync "$box" key ctrl+a; xdotool type --delay 30 "Replayer"
+        # OK (2520, 1440 twips, 97x25 px) clicked with the real pointer: press, a pause in
+        # which the pressed button repaints, release
+        xdotool mousemove $((WX + 216)) $((WY + 108)) mousedown 1; sleep 0.3; xdotool mouseup 1
+        check "the caption names the new holder" bash -c \
+            "for t in \$(seq 30); do xdotool getwindowname $FRAME | grep -q '^Quillop High Score by Replayer - [1-9][0-9]*\$' && exit 0; sleep 0.1; done; exit 1"
     else
         xdotool mousemove "$PX" "$PY" click 1   # Play, Drop, or a mine
         sweep 1
@@ -80,7 +112,14 @@ done
 e2e_shot 03-game-over >/dev/null
 e2e_wm_close "$FRAME"
 e2e_wait_exit 10 || die "the game did not end on close"
+check "the game exits with status 0 (no sound server here)" test "${GAME_RC:-1}" -eq 0
 cp "$XDG_CONFIG_HOME/Quillop/Quillop.conf" "$WORK/settings-after-play.conf" || die "no settings file after the game"
+CONF=$XDG_CONFIG_HOME/Quillop/Quillop.conf
+check "the name entered with a click on OK is stored" conf_is Gorvane Highscorer Replayer
+CONF=$WORK/settings-after-play.conf
+read -r OL OT CL CT <<<"$HELP_AT"
+check "stored [Help] Left where the window manager put it" conf_either Help Left "$OL" "$CL"
+check "stored [Help] Top where the window manager put it" conf_either Help Top "$OT" "$CT"
 
 REC=$(ls "$REPLAYS"/*.scn | head -1)
 cp "$REC" "$ART/recording.scn"; cp "$WORK/window.trace" "$ART/window.trace"
@@ -89,7 +128,7 @@ check "the recording has moves during the explosion's waits" grep -q '^during [0
 check "the recording has the question left open, answered both ways" \
     bash -c "grep -q '^answer no' '$REC' && grep -q '^answer yes' '$REC'"
 for c in help closehelp minimize restore 'resize ' 'press '; do
-    check "the recording has '$c'" grep -q "^$c" "$REC"
+    check "the recording has '$c'" grep -Eq "^(during [0-9]+ )?$c" "$REC"
 done
 "$SIM" "$REC" > "$WORK/sim.trace" || die "quillop-sim refused the recording (exit $?)"
 N=$(wc -l < "$WORK/sim.trace")
@@ -113,8 +152,18 @@ check "the replay plays to its end" grep -q 'played to its end' "$WORK/game.log"
 e2e_wm_close "$(xdotool search --onlyvisible --name '^Quillop High Score by ' | head -1)"
 e2e_wait_exit 10 || die "the replay did not end on close"
 check "the window's replay prints the same trace" cmp -s "$WORK/sim.trace" "$WORK/replay.trace"
-check "the replay's snapshots show the Arses and the puck where the trace has them" \
-    $PYTHON "$E2E_DIR/replay_check.py" compare "$WORK/sim.trace" "$ART" "${AT[@]}"
+# The same snapshots taken headless: the window shows, pixel for pixel, what quillop-sim paints
+# (what it paints is tested against the rules in tests/shell and tests/sim).
+$PYTHON "$E2E_DIR/replay_check.py" insert "$REC" "$WORK/sim-shots.scn" "$WORK" "${AT[@]}"
+"$SIM" "$WORK/sim-shots.scn" >/dev/null || die "quillop-sim refused its snapshots (exit $?)"
+same_pictures() {
+    local t n
+    for t in "${AT[@]}"; do
+        n=$(compare -metric AE "$ART/replay-$t.png" "$WORK/replay-$t.png" null: 2>&1) || true
+        [ "$n" = 0 ] || { log "  tick $t: $n pixels differ"; return 1; }
+    done
+}
+check "the replay's snapshots are the headless tool's, pixel for pixel" same_pictures
 check "a replay leaves the settings file alone" cmp -s "$XDG_CONFIG_HOME/Quillop/Quillop.conf" "$WORK/settings-after-play.conf"
 check "a replay keeps no recording of its own" test "$(ls "$REPLAYS" | wc -l)" -eq 1
 

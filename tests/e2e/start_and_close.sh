@@ -1,8 +1,9 @@
 #!/bin/bash
-# The frame's life between runs: first start with an empty home, what a close
-# through the window manager stores, the smallest normal size, a stored
-# placement coming back, a maximised frame reopening maximised and a
-# minimised one reopening normal.
+# The frame's life between runs, as the window manager sees it: the first
+# start's place and window class, a close through the window manager, a
+# placement of the window manager's stored, a maximised frame reopening
+# maximised and a minimised one reopening normal.  The placement rules
+# themselves (defaults, fallbacks, the smallest size) are tested in tests/core.
 #
 # Sizes: the stored placement is in twips (15 to a pixel).  Whether the
 # game maps it onto the outer frame (decorations included) or onto the client
@@ -67,7 +68,6 @@ wm_state() { xprop -id "$FRAME" _NET_WM_STATE; }
 [ -z "$(ls -A "$XDG_CONFIG_HOME")" ] || die "home not empty"
 start_frame
 check "first start: caption is '$CAPTION'" wait_caption
-check "first start: frame at 300,300 twips, 7000x6000" frame_like 300 300 7000 6000
 # the window class names the desktop entry, so the desktop shows the game's icon
 check "first start: WM_CLASS is Quillop2, io.github.quillop.Quillop" \
     grep -qx 'WM_CLASS(STRING) = "Quillop2", "io.github.quillop.Quillop"' <(xprop -id "$FRAME" WM_CLASS)

@@ -118,38 +118,33 @@ private slots:
         }
     }
 
-    void helpExplainsPausesAndRemembersItsPlace() {
+    // The pause while help is open is the rules' (tests/core); here, what its pictures
+    // answer to and where it is remembered.
+    void helpExplainsAndRemembersItsPlace() {
         QuillopApp app(quiet());
         app.Main();
         QTRY_COMPARE(app.frmMDI().width(), 7000.0f);  // framed: no resize is still to come
-        Gorvane& game = app.program().gorvane();
-        QVERIFY(game.Timer1.Enabled == kTrue);
-        bool pausedWhileOpen = false;
         QPoint place;
         whenModal([&](QWidget* w) {
             auto* help = static_cast<FrmHelp*>(w);
-            pausedWhileOpen = game.Timer1.Enabled == kFalse;
             place = help->pos();
             QCOMPARE(help->windowTitle(), QStringLiteral("Help"));
-            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::WelcomeText()));
             QCOMPARE(nextTab(help->cmdTips), help->cmdClose);
             QCOMPARE(nextTab(help->cmdClose), help->txtHelp);
-
+            auto says = [&](HelpObject o) { return help->helpText() == QString::fromLatin1(HelpRules::DescriptionOf(o)); };
             PictureBox* club = help->pictures.at(HelpObject::Club);
             QTest::mousePress(club, Qt::RightButton, {}, QPoint(30, 5));  // past the figure (450 twips)
             QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::WelcomeText()));
             QTest::mousePress(club, Qt::RightButton, {}, QPoint(24, 21));  // 360, 315 twips: on it
-            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Club)));
-            QTest::mousePress(help->pictures.at(HelpObject::Seeker), Qt::LeftButton, {}, QPoint(15, 2));
-            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Club)));
+            QVERIFY(says(HelpObject::Club));
             QTest::mouseClick(help->pictures.at(HelpObject::Paddle), Qt::LeftButton, {}, QPoint(3, 2));
-            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Paddle)));
+            QVERIFY(says(HelpObject::Paddle));
             QTest::mousePress(help, Qt::LeftButton, {}, QPoint(27, 163));  // inside the puck circle
-            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Puck)));
+            QVERIFY(says(HelpObject::Puck));
             QTest::mousePress(help, Qt::LeftButton, {}, QPoint(48, 150));  // on shapePuck2's edge: not inside
-            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::Puck)));
+            QVERIFY(says(HelpObject::Puck));
             QTest::mousePress(help, Qt::LeftButton, {}, QPoint(53, 149));
-            QCOMPARE(help->helpText(), QString::fromLatin1(HelpRules::DescriptionOf(HelpObject::EnergizedPuck)));
+            QVERIFY(says(HelpObject::EnergizedPuck));
             help->cmdTips->click();
             QVERIFY(help->txtHelp->toPlainText().endsWith(QStringLiteral("level 9 to win the game.")));
             QTest::keyClick(help, Qt::Key_Escape);  // no cancel button: still open
@@ -158,12 +153,9 @@ private slots:
             help->cmdClose->click();
         });
         app.openHelp();
-        QVERIFY(pausedWhileOpen);
         QCOMPARE(place, QPoint(13, 27));  // Left 200, Top 400 twips
-        QCOMPARE(game.Timer1.Enabled, kTrue);
         QtSettingsStore store;
-        QCOMPARE(store.read("Help", "Left", ""), std::string("2250"));
-        QCOMPARE(store.read("Help", "Top", ""), std::string("1350"));
+        QCOMPARE(store.read("Help", "Left", "") + " " + store.read("Help", "Top", ""), std::string("2250 1350"));
     }
 
     // A save that cannot happen says so once a run, in plain words with the place and the
