@@ -88,17 +88,17 @@ void PulseOutput::dropConnection() {
 }
 
 void PulseOutput::openStream() {
-    const pa_sample_spec spec{PA_SAMPLE_S16LE, static_cast<std::uint32_t>(rate_), 1};
+    const pa_sample_spec format{PA_SAMPLE_S16LE, static_cast<std::uint32_t>(rate_), 1};
     pa_proplist* props = pa_proplist_new();
     pa_proplist_sets(props, PA_PROP_MEDIA_NAME, kMixerName);
     pa_proplist_sets(props, PA_PROP_APPLICATION_ICON_NAME, kAppId);
-    stream_ = pa_stream_new_with_proplist(context_, kMixerName, &spec, nullptr, props);
+    stream_ = pa_stream_new_with_proplist(context_, kMixerName, &format, nullptr, props);
     pa_proplist_free(props);
     if (!stream_) return;
     pa_stream_set_state_callback(stream_, &PulseOutput::onStreamState, this);
     pa_buffer_attr attr;
     attr.maxlength = static_cast<std::uint32_t>(-1);
-    attr.tlength = static_cast<std::uint32_t>(pa_usec_to_bytes(kTargetLatencyUs, &spec));
+    attr.tlength = static_cast<std::uint32_t>(pa_usec_to_bytes(kTargetLatencyUs, &format));
     attr.prebuf = 0;  // never wait for more data: a silent gap just plays silence
     attr.minreq = static_cast<std::uint32_t>(-1);
     attr.fragsize = static_cast<std::uint32_t>(-1);

@@ -132,29 +132,6 @@ private slots:
         QCOMPARE(again.frmMDI().left(), 450.0f);
     }
 
-    void newGameAsksOnlyWhileAGameRuns() {
-        QuillopApp app(quiet());
-        app.Main();
-        Gorvane& game = app.program().gorvane();
-        FrameWindow& frame = app.frmMDI();
-        frame.setLeft(450);
-        frame.setWidth(8010);
-        QTRY_COMPARE(app.program().frame.MDIPlacement().Width.value_or(0), 8010.0f);
-        frame.setWindowState(kMinimized);
-        QTRY_COMPARE(game.Timer1.Enabled, kFalse);
-        frame.setWindowState(kNormal);
-        QTRY_COMPARE(game.Timer1.Enabled, kTrue);
-        QTest::qWait(50);  // the restore's own resize events
-        game.Timer1.Enabled = kFalse;
-        frame.setWindowState(kNormal);  // no change, so no resize: the timer stays off
-        QTest::qWait(20);
-        QCOMPARE(game.Timer1.Enabled, kFalse);
-        frame.setWindowState(kMaximized);
-        QTRY_COMPARE(game.Timer1.Enabled, kTrue);
-        QTRY_VERIFY(frame.width() > 8010.0f);
-        QCOMPARE(app.program().frame.MDIPlacement().Width.value_or(0), 8010.0f);
-    }
-
     // When New Game asks is the rules' (tests/core); here, the question box and its answers.
     void newGameAsksInAPlainBox() {
         QuillopApp app(quiet());
