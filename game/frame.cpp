@@ -34,9 +34,9 @@ void MdiFrame::Form_Resize() {
     PlayfieldWindow& field = playfield.window();
     field.setLeft(100);
     field.setTop(400);
-    const float width = window_.width() - 380.0f;
+    const float width = window_.width() - kFieldMarginWidth;
     field.setWidth(width > 0 ? width : 2);
-    const float height = window_.height() - 1300.0f;
+    const float height = window_.height() - kFieldMarginHeight;
     field.setHeight(height > 0 ? height : 2);
 
     if (window_.windowState() == kNormal) {

@@ -25,6 +25,8 @@ public:
 
     // The smallest outer size of the frame in the normal state, in twips.
     static constexpr float kMinimumWidth = 6000, kMinimumHeight = 5000;
+    // The frame's width and height beyond the playfield's (the score panel, the margins).
+    static constexpr float kFieldMarginWidth = 380, kFieldMarginHeight = 1300;
 
     void Form_Load();
     void Form_Resize();

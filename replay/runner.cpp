@@ -52,8 +52,13 @@ void ScenarioRunner::execute(const Command& c) {
         case Op::Press: target_.press(c.x, c.y); break;
         case Op::Play: target_.play(); break;
         case Op::Drop: target_.drop(); break;
-        case Op::NewGameYes: target_.newGame(true); break;
-        case Op::NewGameNo: target_.newGame(false); break;
+        case Op::NewGameYes:
+        case Op::NewGameNo: {
+            const std::optional<bool> outer = std::exchange(answerGiven_, c.op == Op::NewGameYes);
+            target_.askNewGame();
+            answerGiven_ = outer;
+            break;
+        }
         case Op::NewGameAsk: {
             const Command* outer = std::exchange(question_, &c);
             target_.askNewGame();
@@ -99,6 +104,7 @@ void ScenarioRunner::playDuringWait(int wait) {
 }
 
 bool ScenarioRunner::answerQuestion() {
+    if (answerGiven_) return *answerGiven_;
     // The ticks that ran while the question was up are played here, inside it.
     for (;;) {
         if (ticksLeft_ > 0) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,7 +26,7 @@ public:
     virtual void press(double x, double y) = 0;
     virtual void play() = 0;
     virtual void drop() = 0;
-    virtual void newGame(bool answerYes) = 0;
+    // File, New Game; its question, if it comes, goes to the question answerer.
     virtual void askNewGame() = 0;
     virtual void help() = 0;
     virtual void closeHelp() = 0;
@@ -87,6 +88,7 @@ private:
     const Command* current_ = nullptr;
     std::deque<const Command*> during_;  // for the next tick that runs
     const Command* question_ = nullptr;  // the `newgame ask` whose question is open
+    std::optional<bool> answerGiven_;    // by the `newgame yes|no` being played
 };
 
 }  // namespace quillop::replay

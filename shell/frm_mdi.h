@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QMainWindow>
 #include <functional>
+#include <optional>
 
 #include "game/frame.h"
 
@@ -24,6 +25,11 @@ public:
     std::function<void(float)> onScorePanelWidth;
 
     QWidget* client() const { return centralWidget(); }
+    // From now on the rules see the frame only as they set it: the state and size a
+    // recording plays back. The window manager minimises and resizes on its own schedule,
+    // which would otherwise reach the rules at other ticks than it did when recorded; the
+    // window still shows every change, and nothing the viewer does to it reaches the rules.
+    void holdForReplay();
     QAction* mnuNewGame = nullptr;
     QAction* mnuHelpWindow = nullptr;
     QAction* mnuAbout = nullptr;
@@ -61,6 +67,11 @@ private:
     WindowState lastState_ = kNormal;
     QSize knownDecorations_{-1, -1};  // none seen yet
     QSize wantedOuter_;  // the outer size asked for before the window manager framed us
+    struct Held {
+        WindowState state;
+        float width, height;  // twips
+    };
+    std::optional<Held> held_;
 };
 
 }  // namespace quillop

@@ -13,7 +13,6 @@ namespace quillop {
 namespace {
 
 constexpr qint64 kEventNs = 15'625'000;  // 64 timer events a second
-constexpr int kWindowManagerMs = 3000;   // how long a minimise or a resize may take to land
 
 }  // namespace
 
@@ -59,6 +58,7 @@ WindowReplay::WindowReplay(QuillopApp& app, const replay::Scenario& scenario)
         return yes;
     };
     app_.recordedName = [this] { return name_; };
+    app_.frmMDI().holdForReplay();
     app_.frmGorvane().takePlayerInput(false);
     app_.frmMDI().mnuNewGame->setEnabled(false);
     app_.frmMDI().mnuHelpWindow->setEnabled(false);
@@ -107,8 +107,13 @@ void WindowReplay::stop(const QString& problem) {
         return;
     }
     std::fprintf(stderr, "Quillop2: the recording does not play back: %s\n", qPrintable(problem));
-    QMessageBox::warning(&app_.frmMDI(), QStringLiteral("Quillop"),
-                         QStringLiteral("This recording does not play back as it was recorded.\n\n%1").arg(problem));
+    // Not modal: the frame still closes (and ends the program) while the message is up.
+    auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Quillop"),
+                                QStringLiteral("This recording does not play back as it was recorded.\n\n%1").arg(problem),
+                                QMessageBox::Ok, &app_.frmMDI());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    box->show();
 }
 
 void WindowReplay::settle(int ms) {
@@ -117,14 +122,6 @@ void WindowReplay::settle(int ms) {
     do {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 5);
     } while (waited.elapsed() < ms);
-}
-
-template <class Done>
-void WindowReplay::waitFor(Done done) {
-    QElapsedTimer waited;
-    waited.start();
-    while (!done() && waited.elapsed() < kWindowManagerMs)
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
 }
 
 void WindowReplay::move(double x, double y) {
@@ -152,12 +149,6 @@ void WindowReplay::drop() {
     app_.afterEvent();
 }
 
-void WindowReplay::newGame(bool answerYes) {
-    auto answerer = std::exchange(answerer_, [answerYes] { return answerYes; });
-    askNewGame();
-    answerer_ = std::move(answerer);
-}
-
 void WindowReplay::askNewGame() {
     if (help_) return;
     app_.newGame();
@@ -181,35 +172,23 @@ void WindowReplay::closeHelp() {
 void WindowReplay::minimize() {
     FrmMDI& frame = app_.frmMDI();
     if (help_ || frame.windowState() == kMinimized) return;
-    frame.showMinimized();
-    waitFor([&] { return frame.windowState() == kMinimized; });
+    frame.setWindowState(kMinimized);
+    frame.onResize();
 }
 
 void WindowReplay::restore() {
     FrmMDI& frame = app_.frmMDI();
     if (help_ || frame.windowState() != kMinimized) return;
-    frame.showNormal();
-    waitFor([&] { return frame.windowState() != kMinimized; });
-    // The rule runs once more, as it did when the recorded frame came back.
+    frame.setWindowState(kNormal);
     frame.onResize();
 }
 
 void WindowReplay::resize(double width, double height) {
     if (help_) return;
+    // The frame whose rule arranges the playfield at the recorded size.
     FrmMDI& frame = app_.frmMDI();
-    FrmGorvane& field = app_.frmGorvane();
-    auto reached = [&] {
-        return field.scaleWidth() == static_cast<float>(width) && field.scaleHeight() == static_cast<float>(height);
-    };
-    // The frame's rule rounds the field's size from the frame's, decorations included: a
-    // second step mends what the first one's rounding missed.
-    for (int attempt = 0; attempt < 3 && !reached(); ++attempt) {
-        const int dw = static_cast<int>(width - field.scaleWidth());
-        const int dh = static_cast<int>(height - field.scaleHeight());
-        frame.resize(frame.QMainWindow::width() + dw, frame.QMainWindow::height() + dh);
-        waitFor(reached);
-    }
-    // The recorded frame's rule ran, whether or not the size changed.
+    frame.setWidth(static_cast<float>((width + 2 * FrmGorvane::kBorder) * kTwipsPerPixel + MdiFrame::kFieldMarginWidth));
+    frame.setHeight(static_cast<float>((height + 2 * FrmGorvane::kBorder) * kTwipsPerPixel + MdiFrame::kFieldMarginHeight));
     frame.onResize();
 }
 

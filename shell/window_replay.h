@@ -36,7 +36,6 @@ public:
     void press(double x, double y) override;
     void play() override;
     void drop() override;
-    void newGame(bool answerYes) override;
     void askNewGame() override;
     void help() override;
     void closeHelp() override;
@@ -57,8 +56,6 @@ private:
     void stop(const QString& problem);
     // Lets the window show what happened, for up to `ms`, without the player's input.
     void settle(int ms);
-    template <class Done>
-    void waitFor(Done done);
 
     QuillopApp& app_;
     replay::Scenario scenario_;

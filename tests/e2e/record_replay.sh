@@ -8,7 +8,8 @@
 # the window manager shows the help window's size and the dialog centred.  Then:
 # quillop-sim on the kept recording prints the window's own trace, byte for byte; the
 # window's replay of it (with three snapshots put in) prints it too, and its snapshots are
-# quillop-sim's, pixel for pixel.
+# quillop-sim's, pixel for pixel.  A recording edited by hand is refused at its line, and
+# the frame still closes while the message says so.
 #
 # usage: record_replay.sh PATH/TO/Quillop2 PATH/TO/quillop-sim [ARTIFACTS_DIR]
 source "$(dirname "$0")/lib.sh"
@@ -166,6 +167,15 @@ same_pictures() {
 check "the replay's snapshots are the headless tool's, pixel for pixel" same_pictures
 check "a replay leaves the settings file alone" cmp -s "$XDG_CONFIG_HOME/Quillop/Quillop.conf" "$WORK/settings-after-play.conf"
 check "a replay keeps no recording of its own" test "$(ls "$REPLAYS" | wc -l)" -eq 1
+
+# --- an edited recording: the window names the line, and still closes ----------
+printf 'size 400 300\nseed 5\ntick 3\nexpect 3 10 0\ntick 5\n' > "$WORK/edited.scn"
+: > "$WORK/game.log"
+start_game --replay "$WORK/edited.scn"
+check "an edited recording is refused at its line" bash -c \
+    "for t in \$(seq 100); do grep -q 'does not play back: line 4: ' '$WORK/game.log' && exit 0; sleep 0.1; done; exit 1"
+e2e_wm_close "$(xdotool search --onlyvisible --name '^Quillop High Score by ' | head -1)"
+e2e_wait_exit 10 || die "the frame did not close while the message was up"
 
 log "done: $E2E_FAILS failed check(s)"
 exit $((E2E_FAILS > 0))

@@ -52,8 +52,8 @@ HeadlessGame::HeadlessGame(const GameSetup& setup, SurfaceKind surface) {
 HeadlessGame::~HeadlessGame() = default;
 
 void HeadlessGame::sizeFrameFor(double width, double height) {
-    frameWindow_.widthT = static_cast<float>(width * kTwipsPerPixel + 380);
-    frameWindow_.heightT = static_cast<float>(height * kTwipsPerPixel + 1300);
+    frameWindow_.widthT = static_cast<float>(width * kTwipsPerPixel + MdiFrame::kFieldMarginWidth);
+    frameWindow_.heightT = static_cast<float>(height * kTwipsPerPixel + MdiFrame::kFieldMarginHeight);
 }
 
 void HeadlessGame::move(double x, double y) {
@@ -74,14 +74,6 @@ void HeadlessGame::play() {
 void HeadlessGame::drop() {
     if (blockedByHelp() || playfield().cmdDrop.Visible == kFalse) return;
     playfield().cmdDrop_Click();
-}
-
-void HeadlessGame::newGame(bool answerYes) {
-    if (blockedByHelp()) return;
-    host_.answer = answerYes;
-    auto answerer = std::exchange(host_.answerer, nullptr);
-    program_->frame.mnuNewGame_Click();
-    host_.answerer = std::move(answerer);
 }
 
 void HeadlessGame::askNewGame() {

@@ -46,8 +46,7 @@ struct NullSurface : Surface {
 // rules run with the name the scenario types.
 struct HeadlessHost : Host {
     std::string frameCaption, scoreLabel, levelLabel, livesLabel;
-    bool answer = true;
-    std::function<bool()> answerer;  // while set, asked instead of `answer`
+    std::function<bool()> answerer;  // the scenario's answer (Yes without one)
     std::string typedName;
     int highscoreDialogs = 0;
     HighscoreEntry* dialog = nullptr;
@@ -56,7 +55,7 @@ struct HeadlessHost : Host {
     void setLivesLabel(const std::string& t) override { livesLabel = t; }
     void setFrameCaption(const std::string& t) override { frameCaption = t; }
     void showHighscoreDialog() override;
-    bool askYesNo(const std::string&) override { return answerer ? answerer() : answer; }
+    bool askYesNo(const std::string&) override { return answerer ? answerer() : true; }
 };
 
 // The pump of the game's waits: the clock steps on every pump, and at the first pump of each
@@ -99,8 +98,6 @@ public:
     void press(double x, double y) override;
     void play() override;
     void drop() override;
-    void newGame(bool answerYes) override;
-    // New Game whose question, if it comes, is answered by the question answerer.
     void askNewGame() override;
     void help() override;
     void closeHelp() override;
