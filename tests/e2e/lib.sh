@@ -28,23 +28,16 @@ check() { # check "description" command...
 }
 wait_for() { # wait_for SECONDS command...: tries every tenth of a second until it succeeds
     local n=$(($1 * 10)); shift
-    until "$@"; do
-        n=$((n - 1)); [ "$n" -gt 0 ] || return 1
-        sleep 0.1
-    done
+    until "$@"; do [ $((n -= 1)) -gt 0 ] || return 1; sleep 0.1; done
 }
 
-# e2e_init NAME GAME_BINARY [ARTIFACTS_DIR]   (by default the e2e-artifacts folder of the
-# build folder that holds the game, where CTest keeps them too)
+# e2e_init NAME GAME_BINARY [ARTIFACTS_DIR]   (by default build/e2e-artifacts for a game
+# built as build/shell/Quillop2, where CTest keeps them too)
 e2e_init() {
     E2E_NAME=$1
     GAME_BIN=$(readlink -f "$2")
     [ -x "$GAME_BIN" ] || die "no executable at $2"
-    local build
-    build=$(dirname "$GAME_BIN")
-    while [ "$build" != / ] && [ ! -f "$build/CMakeCache.txt" ]; do build=$(dirname "$build"); done
-    [ "$build" != / ] || build=$(dirname "$GAME_BIN")
-    ART=${3:-$build/e2e-artifacts}/$E2E_NAME
+    ART=${3:-$(dirname "$(dirname "$GAME_BIN")")/e2e-artifacts}/$E2E_NAME
     mkdir -p "$ART"
     rm -f "$ART"/*.png "$ART"/*.log "$ART"/*.conf 2>/dev/null || true
     WORK=$(mktemp -d "/tmp/quillop-e2e-$E2E_NAME.XXXXXX")
@@ -87,23 +80,13 @@ e2e_cleanup() {
 }
 
 e2e_start_x() {
-    # A display number of our own, away from the low numbers other tools pick; a race with
-    # another server only costs one more try. -noreset: by default the server resets when its
-    # last client leaves (our probe), and a client connecting during the reset is turned away.
-    local n pid
-    for n in $(shuf -i 100-899 -n 40); do
-        [ -e "/tmp/.X$n-lock" ] || [ -e "/tmp/.X11-unix/X$n" ] && continue
-        Xvfb ":$n" -screen 0 1280x1024x24 -nolisten tcp -noreset >"$WORK/xvfb.log" 2>&1 &
-        pid=$!
-        wait_for 5 eval "xdpyinfo -display :$n >/dev/null 2>&1 || ! kill -0 $pid 2>/dev/null" || true
-        if kill -0 "$pid" 2>/dev/null && xdpyinfo -display ":$n" >/dev/null 2>&1; then
-            E2E_PIDS+=($pid)
-            export DISPLAY=:$n
-            break
-        fi
-        kill "$pid" 2>/dev/null; wait "$pid" 2>/dev/null || true
-    done
-    [ -n "${DISPLAY:-}" ] || die "Xvfb did not start: $(tail -3 "$WORK/xvfb.log")"
+    # Xvfb picks a free display number itself and names it when it takes connections.
+    # -noreset: by default the server resets when its last client leaves (a probe), and a
+    # client connecting during the reset is turned away.
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$WORK/display" >"$WORK/xvfb.log" 2>&1 &
+    E2E_PIDS+=($!)
+    wait_for 10 test -s "$WORK/display" || die "Xvfb did not start: $(tail -3 "$WORK/xvfb.log")"
+    export DISPLAY=:$(cat "$WORK/display")
     openbox --sm-disable >"$WORK/openbox.log" 2>&1 &
     E2E_PIDS+=($!)
     wait_for 5 eval "xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'" \
@@ -123,16 +106,11 @@ e2e_start_game() {
 
 game_alive() { kill -0 "$GAME_PID" 2>/dev/null && ! grep -q '^State:.*zombie' "/proc/$GAME_PID/status" 2>/dev/null; }
 
-# e2e_wait_window REGEX [SECONDS] -> prints the id of the first visible match.
-# Qt creates helper windows too, so only viewable ones of our game count.
+# e2e_wait_window REGEX [SECONDS] -> the id of the first visible match, while the game runs
+# (Qt creates helper windows too, so only viewable ones count)
 e2e_wait_window() {
-    local n=$((${2:-20} * 10)) w
-    while [ $((n--)) -gt 0 ]; do
-        w=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1) && [ -n "$w" ] && { echo "$w"; return 0; }
-        game_alive || { log "game exited while waiting for '$1'"; return 1; }
-        sleep 0.1
-    done
-    return 1
+    wait_for "${2:-20}" eval "xdotool search --onlyvisible --name '$1' >/dev/null 2>&1 || ! game_alive" &&
+        game_alive && xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1
 }
 
 e2e_wait_gone() { # e2e_wait_gone WINDOW [SECONDS]
@@ -249,28 +227,4 @@ e2e_stop_sound_server() {
         wait "${PW_PIDS[@]}" 2>/dev/null || true
     fi
     log "$SOUND_SERVER stopped"
-}
-
-# e2e_record_sink NAME: records the null sink's monitor into $WORK/NAME.raw (onsets.py) until
-# the next call or the end. One recording per run of the server, from its start: a null sink
-# that nobody listens to sleeps in long blocks and would start a new stream late, where a
-# real device would not.
-e2e_record_sink() {
-    if [ -n "${SINK_REC:-}" ]; then kill -TERM "$SINK_REC" 2>/dev/null || true; wait "$SINK_REC" 2>/dev/null || true; fi
-    SINK_RAW=$WORK/$1.raw
-    $PYTHON "$E2E_DIR/onsets.py" record "$SINK_RAW" &
-    SINK_REC=$!
-    E2E_PIDS+=($SINK_REC)
-    wait_for 5 eval "pactl list source-outputs 2>/dev/null | grep -q 'application.name = \"parec\"'" || true
-    sleep 0.2
-}
-
-# The about box, which plays a sound as it opens, opened from the frame and closed again.
-e2e_about_box() {
-    xdotool windowactivate --sync "$FRAME" >/dev/null
-    xdotool key --clearmodifiers alt+h; sleep 0.4; xdotool key a
-    local about
-    about=$(e2e_wait_window '^About Quillop$' 5) || die "no about box"
-    sleep 0.6
-    xdotool windowactivate --sync "$about" >/dev/null; xdotool key Escape; e2e_wait_gone "$about" 5 || true
 }

@@ -1,20 +1,21 @@
 #!/usr/bin/env python3
-"""When sounds were heard: a recording of the null sink's monitor, timed on the wall clock,
-and the delays from the game's logged sound requests to what the recording holds.
+# When sounds were heard: a recording of the null sink's monitor, timed on the wall clock,
+# and the delays from the game's logged sound requests to what the recording holds.
+#
+#   onsets.py record RAW               records s16 mono 44100 Hz until SIGTERM; writes RAW and
+#                                      RAW.times (arrival time and size of each read) as it goes
+#   onsets.py heard RAW FROM_NS TO_NS  "PEAK LOUD_MS" between two wall-clock times
+#   onsets.py delays RAW GAME_LOG FROM_NS
+#                                      one line per logged request (quillop-sound NS NAME) after
+#                                      FROM_NS that follows 100 ms of silence: "NAME DELAY_MS", or
+#                                      "NAME none" when nothing was heard within 500 ms
+#
+# A sound's delay runs from its request to the arrival of the read that holds its first loud
+# sample: the recorder's own delay (a read every few milliseconds) only ever adds to it.
+# Requests made while another sound is still heard are left out: their onset cannot be told.
+# A null sink with nothing to play may send nothing, so samples are placed in time by their
+# reads, not by their count.
 
-  onsets.py record RAW               records s16 mono 44100 Hz until SIGTERM; writes RAW and
-                                     RAW.times (arrival time and size of each read) as it goes
-  onsets.py heard RAW FROM_NS TO_NS  "PEAK LOUD_MS" between two wall-clock times
-  onsets.py delays RAW GAME_LOG FROM_NS
-                                     one line per logged request (quillop-sound NS NAME) after
-                                     FROM_NS that follows 100 ms of silence: "NAME DELAY_MS", or
-                                     "NAME none" when nothing was heard within 500 ms
-
-A sound's delay runs from its request to the arrival of the read that holds its first loud
-sample: the recorder's own delay (a read every few milliseconds) only ever adds to it.
-Requests made while another sound is still heard are left out: their onset cannot be told.
-A null sink with nothing to play may send nothing, so samples are placed in time by their
-reads, not by their count."""
 import array
 import os
 import signal
@@ -49,7 +50,7 @@ def record(raw):
 
 
 def load(raw):
-    """The samples, and the reads as (arrival time, samples so far)."""
+    # the samples, and the reads as (arrival time, samples so far)
     samples = array.array("h", open(raw, "rb").read())
     reads = [(int(f[0]), min(int(f[1]) // 2, len(samples))) for f in map(str.split, open(raw + ".times"))
              if len(f) == 2]  # the last line may be half written: its count is cut to the samples
@@ -57,7 +58,7 @@ def load(raw):
 
 
 def arrived(reads, from_ns, to_ns):
-    """The samples that arrived between two times, as a slice."""
+    # the samples that arrived between two times, as a slice
     begin = max((n for now, n in reads if now <= from_ns), default=0)
     return slice(begin, max(begin, max((n for now, n in reads if now <= to_ns), default=0)))
 
@@ -94,4 +95,4 @@ if __name__ == "__main__":
     elif cmd in ("heard", "delays"):
         (heard if cmd == "heard" else delays)(args[0], *(int(a) if a.isdigit() else a for a in args[1:]))
     else:
-        sys.exit(__doc__)
+        sys.exit("unknown command %s: the commands are listed at the head of %s" % (cmd, sys.argv[0]))

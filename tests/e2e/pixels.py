@@ -1,25 +1,28 @@
 #!/usr/bin/env python3
-"""Reads screenshots for the end-to-end scripts (ImageMagick turns a PNG into a binary PPM,
-this reads the bytes). Rectangles are X,Y,W,H in screen pixels, colours RRGGBB.
+# Reads screenshots for the end-to-end scripts (ImageMagick turns a PNG into a binary PPM,
+# this reads the bytes). Rectangles are X,Y,W,H in screen pixels, colours RRGGBB.
+#
+#   count  SHOT RECT COLOUR [TOL]   pixels within TOL (16) of COLOUR, per channel
+#   other  SHOT RECT COLOUR...      pixels matching none of the colours (tolerance 24)
+#   diff   SHOT1 SHOT2 RECT         pixels that differ
+#   button SHOT RECT X Y            the lit block (a push button) nearest X,Y: "X Y W H", its centre
+#   field  SHOT X Y BW BH           the black playfield round the centred button found so: X,Y,W,H
+#   waitlit X Y SECONDS             polls the live screen until X,Y is not black; prints when (ns)
+#   changes RECT SECONDS            polls the live screen: "CHANGES GRABS", each a second
 
-  count  SHOT RECT COLOUR [TOL]   pixels within TOL (16) of COLOUR, per channel
-  other  SHOT RECT COLOUR...      pixels matching none of the colours (tolerance 24)
-  diff   SHOT1 SHOT2 RECT         pixels that differ
-  button SHOT RECT X Y            the lit block (a push button) nearest X,Y: "X Y W H", its centre
-  field  SHOT X Y BW BH           the black playfield round the centred button found so: X,Y,W,H
-  waitlit X Y SECONDS             polls the live screen until X,Y is not black; prints when (ns)
-  changes RECT SECONDS            polls the live screen: "CHANGES GRABS", each a second
-"""
 import ctypes
 import os
+import re
 import subprocess
 import sys
 import time
 
+CONVERT = os.environ.get("CONVERT", "convert")
+
 
 def load(shot, rect):
     x, y, w, h = rect
-    ppm = subprocess.run([os.environ.get("CONVERT", "convert"), shot, "-crop", f"{w}x{h}+{x}+{y}",
+    ppm = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}",
                           "+repage", "-depth", "8", "ppm:-"], check=True, stdout=subprocess.PIPE).stdout
     magic, pw, ph, _, data = ppm.split(maxsplit=4)  # ImageMagick writes no comments
     return int(pw), int(ph), data
@@ -40,30 +43,21 @@ def colour(text):
 
 
 def button(shot, rect, tx, ty):
-    """Flood-fills the lit pixels; a push button is a solid block some tens of pixels across."""
-    w, h, d = load(shot, rect)
-    lit = [sum(d[3 * p:3 * p + 3]) > 90 for p in range(w * h)]
-    best = None
-    for p0 in range(w * h):
-        if not lit[p0]:
-            continue
-        lit[p0], stack, xs, ys = False, [p0], [], []
-        while stack:
-            p = stack.pop()
-            xs.append(p % w)
-            ys.append(p // w)
-            for q in (p - 1 if p % w else -1, p + 1 if (p + 1) % w else -1, p - w, p + w):
-                if 0 <= q < w * h and lit[q]:
-                    lit[q] = False
-                    stack.append(q)
-        bw, bh = max(xs) - min(xs) + 1, max(ys) - min(ys) + 1
-        if 40 <= bw <= 300 and 15 <= bh <= 100 and len(xs) >= 0.6 * bw * bh:
-            cx, cy = rect[0] + min(xs) + bw // 2, rect[1] + min(ys) + bh // 2
-            if best is None or (cx - tx) ** 2 + (cy - ty) ** 2 < best[0]:
-                best = ((cx - tx) ** 2 + (cy - ty) ** 2, cx, cy, bw, bh)
-    if best is None:
+    # the lit parts as ImageMagick's connected components: "ID: WxH+X+Y CENTROID AREA COLOUR"
+    x, y, w, h = rect
+    out = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-grayscale", "Average",
+                          "-threshold", "11.8%", "-define", "connected-components:verbose=true",
+                          "-connected-components", "4", "null:"], check=True, stdout=subprocess.PIPE, text=True)
+    blocks = []
+    for f in (line.split() for line in out.stdout.splitlines()[1:]):
+        bw, bh, bx, by = (int(v) for v in re.split("[x+]", f[1]))
+        # a push button: a solid block some tens of pixels across
+        if f[-1] == "gray(255)" and 40 <= bw <= 300 and 15 <= bh <= 100 and int(f[3]) >= 0.6 * bw * bh:
+            cx, cy = x + bx + bw // 2, y + by + bh // 2
+            blocks.append(((cx - tx) ** 2 + (cy - ty) ** 2, cx, cy, bw, bh))
+    if not blocks:
         return 1
-    print(*best[1:])
+    print(*min(blocks)[1:])
 
 
 def field(shot, x, y, bh):
@@ -83,8 +77,8 @@ def field(shot, x, y, bh):
 
 
 def screen():
-    """A screen grab through ImageMagick costs a third of a second, Xlib's XGetImage of a
-    small area well under a millisecond: grab(x, y, w, h) -> 4 bytes a pixel."""
+    # A screen grab through ImageMagick costs a third of a second, Xlib's XGetImage of a
+    # small area well under a millisecond: grab(x, y, w, h) -> 4 bytes a pixel.
     x11 = ctypes.CDLL("libX11.so.6")
     x11.XOpenDisplay.restype = x11.XGetImage.restype = ctypes.c_void_p
     x11.XDefaultRootWindow.restype = ctypes.c_ulong
@@ -140,7 +134,7 @@ def main(cmd, *a):
     elif cmd == "changes":
         changes(rect(a[0]), float(a[1]))
     else:
-        sys.exit(__doc__)
+        sys.exit("unknown command %s: the commands are listed at the head of %s" % (cmd, sys.argv[0]))
 
 
 def rect(text):
