@@ -20,11 +20,10 @@ GAME_PID=""
 
 log()  { printf '[%s %s] %s\n' "$E2E_NAME" "$(date +%H:%M:%S.%N | cut -c1-12)" "$*"; }
 die()  { log "FATAL: $*"; exit 1; }
-pass() { log "ok   - $*"; }
 fail() { log "FAIL - $*"; E2E_FAILS=$((E2E_FAILS + 1)); }
 check() { # check "description" command...
     local what=$1; shift
-    if "$@"; then pass "$what"; else fail "$what"; fi
+    if "$@"; then log "ok   - $what"; else fail "$what"; fi
 }
 wait_for() { # wait_for SECONDS command...: tries every tenth of a second until it succeeds
     local n=$(($1 * 10)); shift
@@ -180,10 +179,7 @@ conf_either() { within 45 "$(conf_get "$1" "$2")" "$3" "$4" || { log "  ([$1] $2
 # first, else PipeWire with its PulseAudio service (and WirePlumber, which wants a session
 # bus: it gets one of its own). QUILLOP_E2E_SOUND_SERVER=pipewire|pulseaudio picks one.
 e2e_start_sound_server() {
-    SOUND_SERVER=${QUILLOP_E2E_SOUND_SERVER:-}
-    if [ -z "$SOUND_SERVER" ]; then
-        if command -v pulseaudio >/dev/null; then SOUND_SERVER=pulseaudio; else SOUND_SERVER=pipewire; fi
-    fi
+    SOUND_SERVER=${QUILLOP_E2E_SOUND_SERVER:-$(command -v pulseaudio >/dev/null && echo pulseaudio || echo pipewire)}
     if [ "$SOUND_SERVER" = pulseaudio ]; then
         # as root, pulseaudio refuses nothing once told not to read the system config (-n)
         # and loads only what is named
@@ -219,12 +215,7 @@ e2e_start_sound_server() {
 
 # Kills the sound server the way a crash or a restart by the user does.
 e2e_stop_sound_server() {
-    if [ "$SOUND_SERVER" = pulseaudio ]; then
-        pulseaudio --kill
-        wait_for 5 eval '! pactl info >/dev/null 2>&1' || true
-    else
-        kill -9 "${PW_PIDS[@]}" 2>/dev/null || true
-        wait "${PW_PIDS[@]}" 2>/dev/null || true
-    fi
+    if [ "$SOUND_SERVER" = pulseaudio ]; then pulseaudio --kill; else kill -9 "${PW_PIDS[@]}" 2>/dev/null || true; fi
+    wait_for 5 eval '! pactl info >/dev/null 2>&1' || true
     log "$SOUND_SERVER stopped"
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-# Reads screenshots for the end-to-end scripts (ImageMagick turns a PNG into a binary PPM,
-# this reads the bytes). Rectangles are X,Y,W,H in screen pixels, colours RRGGBB.
+# Reads screenshots for the end-to-end scripts (ImageMagick turns a PNG into raw RGB, this
+# reads the bytes). Rectangles are X,Y,W,H in screen pixels, colours RRGGBB.
 #
 #   count  SHOT RECT COLOUR [TOL]   pixels within TOL (16) of COLOUR, per channel
 #   other  SHOT RECT COLOUR...      pixels matching none of the colours (tolerance 24)
@@ -20,17 +20,11 @@ import time
 CONVERT = os.environ.get("CONVERT", "convert")
 
 
-def load(shot, rect):
+def pixels(shot, rect):  # [(R, G, B)] row by row
     x, y, w, h = rect
-    ppm = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}",
-                          "+repage", "-depth", "8", "ppm:-"], check=True, stdout=subprocess.PIPE).stdout
-    magic, pw, ph, _, data = ppm.split(maxsplit=4)  # ImageMagick writes no comments
-    return int(pw), int(ph), data
-
-
-def pixels(shot, rect):
-    w, h, d = load(shot, rect)
-    return [tuple(d[i:i + 3]) for i in range(0, w * h * 3, 3)]
+    d = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-depth", "8", "rgb:-"],
+                       check=True, stdout=subprocess.PIPE).stdout
+    return [tuple(d[i:i + 3]) for i in range(0, len(d), 3)]
 
 
 def near(p, c, tol):
@@ -61,8 +55,8 @@ def button(shot, rect, tx, ty):
 
 
 def field(shot, x, y, bh):
-    w, _, d = load(shot, (0, 0, 1280, 1024))
-    dark = lambda px, py: sum(d[3 * (py * w + px):3 * (py * w + px) + 3]) < 60
+    w, screen = 1280, pixels(shot, (0, 0, 1280, 1024))
+    dark = lambda px, py: sum(screen[py * w + px]) < 60
     # up from just above the button; sideways a little higher, clear of the pods parked on
     # the left edge at half height; the button is centred, so the field reaches as far below
     top, row = y - bh // 2 - 3, y - bh // 2 - 12

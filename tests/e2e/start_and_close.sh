@@ -1,8 +1,8 @@
 #!/bin/bash
 # The frame's life between runs, as the window manager sees it: the first start's place and
 # window class; a move and a corner drag (the window manager stops at the smallest size,
-# during the drag too); a maximised frame reopening maximised and a minimised one reopening
-# normal; each stored by a close through the window manager. The placement rules themselves
+# during the drag too); a maximised frame reopening maximised; each stored by a close through
+# the window manager. The placement rules themselves
 # are tested in tests/core, the windows offscreen in tests/shell.
 #
 # The stored placement is in twips (15 to a pixel), of the outer frame (decorations included)
@@ -35,9 +35,6 @@ shown_at() {
         exit !(w[4] != "" && (!bad_a || !bad_b)) }' || { log "  want $* twips, client $client, outer $outer px"; return 1; }
 }
 stored() { echo "$(conf_get MDI Left) $(conf_get MDI Top) $(conf_get MDI Width) $(conf_get MDI Height)"; }
-window_state() { # window_state STATE: the stored [MDI] Windowstate, as the next start finds it
-    sed -i "/^\[MDI\]/,/^\[/s/^Windowstate=.*/Windowstate=$1/" "$CONF"
-}
 
 # --- an empty home: the default placement, and the window class naming the desktop entry
 start_frame
@@ -72,7 +69,7 @@ check "moved and dragged: stored where it was shown" shown_at $(stored)
 
 # --- stored maximised: reopens maximised and keeps the normal placement -----
 NORMAL=$(stored)
-window_state 2
+sed -i '/^\[MDI\]/,/^\[/s/^Windowstate=.*/Windowstate=2/' "$CONF"
 start_frame
 maximised() { local s; s=$(xprop -id "$FRAME" _NET_WM_STATE); [[ $s == *MAXIMIZED_VERT* && $s == *MAXIMIZED_HORZ* ]]; }
 check "Windowstate=2: opens maximised" wait_for 2 maximised
@@ -80,13 +77,4 @@ e2e_geometry "$FRAME"
 check "maximised: the frame fills the screen's width" within 4 "$((WW + FL + FR))" 1280
 close_frame 3-maximised
 check "maximised: Windowstate = 2 stored" conf_is MDI Windowstate 2
-check "maximised: the normal placement kept" test "$(stored)" = "$NORMAL"
-
-# --- stored minimised: reopens normal ----------------------------------------
-window_state 1
-start_frame
-normal() { local s; s=$(xprop -id "$FRAME" _NET_WM_STATE); [[ $s != *HIDDEN* && $s != *MAXIMIZED* ]]; }
-check "Windowstate=1: opens normal and viewable" eval 'normal && xwininfo -id "$FRAME" | grep -q IsViewable'
-check "Windowstate=1: at the stored normal placement" shown_at $NORMAL
-close_frame 4-after-minimised
-check "Windowstate=0 stored" conf_is MDI Windowstate 0
+check "maximised: the normal placement kept ($NORMAL)" test "$(stored)" = "$NORMAL"
