@@ -23,12 +23,10 @@ MAPPED=() DRAWN=()
 for run in $(seq "$RUNS"); do
     rm -rf "$XDG_CONFIG_HOME/Quillop"          # every launch from an empty home
     e2e_start_game
-    FRAME=""
-    for _ in $(seq 2000); do
-        FRAME=$(xdotool search --onlyvisible --name '^Quillop' 2>/dev/null | head -1) && [ -n "$FRAME" ] && break
+    until FRAME=$(xdotool search --onlyvisible --name '^Quillop' 2>/dev/null | head -1) && [ -n "$FRAME" ]; do
+        game_alive || die "the game ended before its frame showed"
         sleep 0.005
     done
-    [ -n "$FRAME" ] || die "no frame within 10 s"
     MAPPED+=("$(ms_since "$GAME_T0")")
     e2e_geometry "$FRAME"
     seen=$($PIX waitlit $((WX + 227)) $((WY + 210)) 10) || die "the Play button never showed at $((WX + 227)),$((WY + 210))"

@@ -31,11 +31,6 @@ def near(p, c, tol):
     return all(abs(a - b) <= tol for a, b in zip(p, c))
 
 
-def colour(text):
-    v = int(text, 16)
-    return v >> 16, (v >> 8) & 255, v & 255
-
-
 def button(shot, rect, tx, ty):
     # the lit parts as ImageMagick's connected components: "ID: WxH+X+Y CENTROID AREA COLOUR"
     x, y, w, h = rect
@@ -112,10 +107,10 @@ def changes(rect, seconds):
 
 def main(cmd, *a):
     if cmd == "count":
-        c, tol = colour(a[2]), int(a[3]) if len(a) > 3 else 16
+        c, tol = bytes.fromhex(a[2]), int(a[3]) if len(a) > 3 else 16
         print(sum(near(p, c, tol) for p in pixels(a[0], rect(a[1]))))
     elif cmd == "other":
-        cs = [colour(c) for c in a[2:]]
+        cs = [bytes.fromhex(c) for c in a[2:]]
         print(sum(not any(near(p, c, 24) for c in cs) for p in pixels(a[0], rect(a[1]))))
     elif cmd == "diff":
         print(sum(p != q for p, q in zip(pixels(a[0], rect(a[2])), pixels(a[1], rect(a[2])))))

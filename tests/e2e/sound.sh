@@ -19,37 +19,31 @@ e2e_init sound "$1" "${2:-}"
 # milliseconds included); the budget is 30 ms, the rest is room for a loaded test machine.
 MAX_DELAY_MS=${QUILLOP_MAX_SOUND_DELAY_MS:-45}
 ROUNDS=${QUILLOP_SOUND_ROUNDS:-1}
-# record_sink NAME: records the null sink's monitor into $WORK/NAME.raw (onsets.py) until
-# the next call or the end. One recording per run of the server, from its start: a null sink
-# that nobody listens to sleeps in long blocks and would start a new stream late, where a
-# real device would not.
+# record_sink NAME: records the null sink's monitor into $WORK/NAME.raw (onsets.py) until the
+# server or the test ends. One recording per run of the server, from its start: a null sink
+# that nobody listens to sleeps in long blocks and would start a new stream late, where a real
+# device would not.
 record_sink() {
-    if [ -n "${SINK_REC:-}" ]; then kill -TERM "$SINK_REC" 2>/dev/null || true; wait "$SINK_REC" 2>/dev/null || true; fi
     SINK_RAW=$WORK/$1.raw
     $PYTHON "$E2E_DIR/onsets.py" record "$SINK_RAW" &
-    SINK_REC=$!
-    E2E_PIDS+=($SINK_REC)
+    E2E_PIDS+=($!)
     wait_for 5 eval "pactl list source-outputs 2>/dev/null | grep -q 'application.name = \"parec\"'" || true
     sleep 0.2
-}
-
-# The about box, which plays a sound as it opens, opened from the frame and closed again.
-about_box() {
-    xdotool windowactivate --sync "$FRAME" >/dev/null
-    xdotool key --clearmodifiers alt+h; sleep 0.4; xdotool key a
-    local about
-    about=$(e2e_wait_window '^About Quillop$' 5) || die "no about box"
-    sleep 0.6
-    xdotool windowactivate --sync "$about" >/dev/null; xdotool key Escape; e2e_wait_gone "$about" 5 || true
 }
 heard_since() { # heard_since NS -> "PEAK LOUD_MS" of what was recorded since then
     sleep 0.1
     $PYTHON "$E2E_DIR/onsets.py" heard "$SINK_RAW" "$1" "$(date +%s%N)"
 }
-about_box_heard() { # about_box_heard KIND WHAT: the about box's sound heard in time
-    local t name ms n=0
+# about_box_heard KIND WHAT: the about box, which plays a sound as it opens, opened from the
+# frame and closed again; its sound heard in time
+about_box_heard() {
+    local t name ms n=0 about
     t=$(date +%s%N)
-    about_box
+    xdotool windowactivate --sync "$FRAME" >/dev/null
+    xdotool key --clearmodifiers alt+h; sleep 0.4; xdotool key a
+    about=$(e2e_wait_window '^About Quillop$' 5) || die "no about box"
+    sleep 0.6
+    xdotool windowactivate --sync "$about" >/dev/null; xdotool key Escape; e2e_wait_gone "$about" 5 || true
     sleep 0.1
     while read -r name ms; do
         n=$((n + 1))
