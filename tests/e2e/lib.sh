@@ -64,14 +64,12 @@ e2e_cleanup() {
     set +e
     [ -n "$GAME_PID" ] && kill "$GAME_PID" 2>/dev/null
     [ -n "${PULSE_STARTED:-}" ] && pulseaudio --kill 2>/dev/null
-    for ((i = ${#E2E_PIDS[@]} - 1; i >= 0; i--)); do kill "${E2E_PIDS[i]}" 2>/dev/null; done
-    for ((i = ${#E2E_PIDS[@]} - 1; i >= 0; i--)); do
-        wait_for 1 eval "! kill -0 ${E2E_PIDS[i]} 2>/dev/null"
+    for ((i = ${#E2E_PIDS[@]} - 1; i >= 0; i--)); do   # the X server last, after its clients
+        kill "${E2E_PIDS[i]}" 2>/dev/null && wait_for 1 eval "! kill -0 ${E2E_PIDS[i]} 2>/dev/null"
         kill -9 "${E2E_PIDS[i]}" 2>/dev/null
         wait "${E2E_PIDS[i]}" 2>/dev/null
     done
-    [ -f "$CONF" ] && cp "$CONF" "$ART/"
-    [ -f "$WORK/game.log" ] && cp "$WORK/game.log" "$ART/game.log"
+    cp "$CONF" "$WORK/game.log" "$ART/" 2>/dev/null
     [ -n "${KEEP_WORK:-}" ] || rm -rf "$WORK"
     if [ $rc -eq 0 ] && [ "$E2E_FAILS" -gt 0 ]; then rc=1; fi
     log "done: $E2E_FAILS failed check(s), exit $rc"

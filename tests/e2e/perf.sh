@@ -39,7 +39,7 @@ done
 sleep 1
 S=$(e2e_shot ready)
 read -r PX PY _ < <($PIX button "$S" "$WX,$WY,$WW,$WH" $((WX + 227)) $((WY + 210))) || die "no Play button"
-XPID=${E2E_PIDS[0]}
+XPID=${E2E_PIDS[0]}  # Xvfb
 rss_ready=$(status VmRSS)
 xdotool mousemove "$PX" "$PY" click 1 mousemove "$PX" $((PY + 110))
 sleep 0.2

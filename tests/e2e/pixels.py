@@ -20,11 +20,15 @@ import time
 CONVERT = os.environ.get("CONVERT", "convert")
 
 
-def pixels(shot, rect):  # [(R, G, B)] row by row
+def rgb(shot, rect):  # R, G, B bytes row by row
     x, y, w, h = rect
-    d = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-depth", "8", "rgb:-"],
-                       check=True, stdout=subprocess.PIPE).stdout
-    return [tuple(d[i:i + 3]) for i in range(0, len(d), 3)]
+    return subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-depth", "8", "rgb:-"],
+                          check=True, stdout=subprocess.PIPE).stdout
+
+
+def pixels(shot, rect):
+    d = rgb(shot, rect)
+    return [d[i:i + 3] for i in range(0, len(d), 3)]
 
 
 def near(p, c, tol):
@@ -50,8 +54,8 @@ def button(shot, rect, tx, ty):
 
 
 def field(shot, x, y, bh):
-    w, screen = 1280, pixels(shot, (0, 0, 1280, 1024))
-    dark = lambda px, py: sum(screen[py * w + px]) < 60
+    w, d = 1280, rgb(shot, (0, 0, 1280, 1024))
+    dark = lambda px, py: sum(d[3 * (py * w + px):3 * (py * w + px) + 3]) < 60
     # up from just above the button; sideways a little higher, clear of the pods parked on
     # the left edge at half height; the button is centred, so the field reaches as far below
     top, row = y - bh // 2 - 3, y - bh // 2 - 12
