@@ -1,9 +1,10 @@
 #!/bin/bash
-# The game on a scaled desktop: the frame grows by the scale, and after some play the screen
-# shows the field as the game painted it: a repaint of part of it that reached the screen
-# rounded otherwise would leave bits of the puck or a sprite behind, which showing the
-# window afresh (every window exposed by xrefresh, the game paused) puts right. What the
-# game paints at 1.5x and 2x, and the dialogs there, are tested offscreen in tests/shell.
+# The game on a scaled desktop: the frame grows by the scale, and the screen shows a played
+# field as the game painted it. A repaint of part of the field whose pixels reach the screen
+# rounded otherwise than they were painted leaves bits of the puck or a sprite behind; with
+# the game paused, exposing every window (xrefresh) shows the field afresh from what was
+# painted, and the two screenshots must agree. What the game paints at 1.5x and 2x, and the
+# dialogs there, are tested offscreen in tests/shell.
 #
 # usage: scaled.sh PATH/TO/Quillop2 SCALE [ARTIFACTS_DIR]
 #   SCALE 1.5 is given per screen (QT_SCREEN_SCALE_FACTORS), any other as QT_SCALE_FACTOR,
@@ -42,5 +43,6 @@ sleep 0.5
 P=$(e2e_shot 2-paused)
 xrefresh
 sleep 0.5
-check "field: played ($($PIX diff "$S" "$P" "$FIELD") pixels changed)" test "$($PIX diff "$S" "$P" "$FIELD")" -gt 1000
+PLAYED=$($PIX diff "$S" "$P" "$FIELD")
+check "field: played ($PLAYED pixels changed)" test "$PLAYED" -gt 1000
 check "field: the same when shown afresh" test "$($PIX diff "$P" "$(e2e_shot 3-exposed)" "$FIELD")" -eq 0

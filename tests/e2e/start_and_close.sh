@@ -2,8 +2,8 @@
 # The frame's life between runs, as the window manager sees it: the first start's place and
 # window class; a move and a corner drag (the window manager stops at the smallest size,
 # during the drag too); a maximised frame reopening maximised; each stored by a close through
-# the window manager. The placement rules themselves
-# are tested in tests/core, the windows offscreen in tests/shell.
+# the window manager. The placement rules themselves are tested in tests/core, the windows
+# offscreen in tests/shell.
 #
 # The stored placement is in twips (15 to a pixel), of the outer frame (decorations included)
 # or of the client area, the game's own business: it passes when either reading matches
