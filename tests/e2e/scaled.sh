@@ -29,15 +29,17 @@ for _ in $(seq 8); do
     xdotool mousemove "$PX" "$PY" click 1 mousemove "$PX" $((PY + $(px 80)))
     for _ in $(seq 5); do xdotool mousemove_relative -- $((RANDOM % 41 - 20)) 0; sleep 0.2; done
 done
-# A game lost meanwhile asks for the name of the new best score: answered. Then the help
-# window pauses the game.
-if CONGRATS=$(xdotool search --onlyvisible --name '^Congrats!$'); then
-    xdotool windowactivate --sync "$CONGRATS" type e2e
-    xdotool key Return
-    e2e_wait_gone "$CONGRATS" 5 || die "Congrats! stayed up"
-fi
-xdotool windowactivate --sync "$FRAME" key --clearmodifiers alt+h; sleep 0.4; xdotool key h
-HELP=$(e2e_wait_window '^Help$' 10) || die "no Help window"
+# The help window pauses the game; a game lost meanwhile (or while asking) first asks for
+# the name of the new best score, which is answered.
+for try in $(seq 10); do
+    if CONGRATS=$(xdotool search --onlyvisible --name '^Congrats!$'); then
+        xdotool windowactivate --sync "$CONGRATS" key e 2 e Return
+    else
+        xdotool windowactivate --sync "$FRAME" key --clearmodifiers alt+h; sleep 0.4; xdotool key h
+    fi
+    HELP=$(e2e_wait_window '^Help$' 2) && break
+    [ "$try" -lt 10 ] || die "no Help window (see $(e2e_shot no-help))"
+done
 xdotool windowmove --sync "$HELP" 1240 1000   # all but a corner off the screen, clear of the field
 sleep 0.5
 P=$(e2e_shot 2-paused)

@@ -51,10 +51,8 @@ xdotool windowmove "$FRAME" 90 60
 sleep 0.5
 e2e_geometry "$FRAME"
 CX=$((WX + WW + FR - 1)) CY=$((WY + WH + FB - 1))
-xdotool mousemove "$CX" "$CY" mousedown 1 mousemove $((CX - 300)) $((CY - 280))
-sleep 0.5
-xdotool mousemove $((CX - 290)) $((CY - 270))
-sleep 0.5
+xdotool mousemove "$CX" "$CY" mousedown 1 mousemove $((CX - 300)) $((CY - 280)) sleep 0.5 \
+    mousemove $((CX - 290)) $((CY - 270)) sleep 0.5
 not_below_minimum() { # 6000 x 5000 twips outside
     e2e_geometry "$FRAME"
     [ "$((WW + FL + FR))" -ge 397 ] && [ "$((WH + FT + FB))" -ge 330 ] ||
