@@ -1,19 +1,21 @@
 #!/usr/bin/env python3
-"""When sounds were heard: a recording of the null sink's monitor, timed on the wall clock,
-and the delays from the game's logged sound requests to what the recording holds.
+# When sounds were heard: a recording of the null sink's monitor, timed on the wall clock,
+# and the delays from the game's logged sound requests to what the recording holds.
+#
+#   onsets.py record RAW               records s16 mono 44100 Hz until SIGTERM or the server's
+#                                      end; writes RAW and RAW.times (arrival time and size of each read) as it goes
+#   onsets.py heard RAW FROM_NS TO_NS  "PEAK LOUD_MS" between two wall-clock times
+#   onsets.py delays RAW GAME_LOG FROM_NS
+#                                      one line per logged request (quillop-sound NS NAME) after
+#                                      FROM_NS that follows 100 ms of silence: "NAME DELAY_MS", or
+#                                      "NAME none" when nothing was heard within 500 ms
+#
+# A sound's delay runs from its request to the arrival of the read that holds its first loud
+# sample: the recorder's own delay (a read every few milliseconds) only ever adds to it.
+# Requests made while another sound is still heard are left out: their onset cannot be told.
+# A null sink with nothing to play may send nothing, so samples are placed in time by their
+# reads, not by their count.
 
-  onsets.py record RAW               records s16 mono 44100 Hz until SIGTERM/SIGINT; writes
-                                     RAW and RAW.times (arrival time and size of each read)
-                                     as it goes
-  onsets.py heard RAW FROM_NS TO_NS  "PEAK LOUD_MS" between two wall-clock times
-  onsets.py delays RAW GAME_LOG [FROM_NS]
-                                     one line per logged request (quillop-sound NS NAME) that
-                                     follows 100 ms of silence: "NAME DELAY_MS", or
-                                     "NAME none" when nothing was heard within 500 ms
-
-A sound's delay runs from its request to the arrival of the read that holds its first loud
-sample: the recorder's own delay (a read every few milliseconds) only ever adds to it.
-Requests made while another sound is still heard are left out: their onset cannot be told."""
 import array
 import os
 import signal
@@ -22,98 +24,67 @@ import sys
 import time
 
 RATE = 44100
-LOUD = 300          # above the null sink's silence and any dither
-QUIET_BEFORE_MS = 100
-ANSWER_WITHIN_MS = 500
+LOUD = 300  # above the null sink's silence and any dither
+MS = 1_000_000
 
 
 def record(raw):
     parec = subprocess.Popen(["parec", "-d", "e2e.monitor", "--format=s16le", "--rate=%d" % RATE,
                               "--channels=1", "--latency-msec=2"], stdout=subprocess.PIPE)
-    stop = []
-    signal.signal(signal.SIGTERM, lambda *_: stop.append(1))
-    signal.signal(signal.SIGINT, lambda *_: stop.append(1))
+    signal.signal(signal.SIGTERM, lambda *_: parec.terminate())  # its output then ends
     total = 0
-    # Unbuffered, so that the recording can be read while it goes on.
+    # unbuffered, so that the recording can be read while it goes on
     with open(raw, "wb", buffering=0) as out, open(raw + ".times", "w", buffering=1) as times:
-        fd = parec.stdout.fileno()
-        while not stop:
-            try:
-                chunk = os.read(fd, 4096)
-            except InterruptedError:
-                continue
-            now = time.time_ns()
-            if not chunk:
-                break
+        for chunk in iter(lambda: os.read(parec.stdout.fileno(), 4096), b""):
             out.write(chunk)
             total += len(chunk)
-            times.write("%d %d\n" % (now, total))
-    parec.terminate()
-    parec.wait()
+            times.write("%d %d\n" % (time.time_ns(), total))
 
 
 def load(raw):
-    """The samples and the reads as (arrival time, samples so far). A null sink with nothing
-    to play may send nothing, so the samples are placed in time by their reads, not by their
-    count."""
+    # the samples, and the reads as (arrival time, samples so far)
     samples = array.array("h", open(raw, "rb").read())
-    reads = []
-    with open(raw + ".times") as times:
-        for line in times:
-            f = line.split()
-            if len(f) == 2 and line.endswith("\n"):  # the last line may be half written
-                reads.append((int(f[0]), min(int(f[1]) // 2, len(samples))))
+    reads = [(int(f[0]), min(int(f[1]) // 2, len(samples))) for f in map(str.split, open(raw + ".times"))
+             if len(f) == 2]  # the last line may be half written: its count is cut to the samples
     return samples, reads
 
 
 def arrived(reads, from_ns, to_ns):
-    """The samples that arrived between two times, as a range of indexes."""
-    first = next((k for k, (now, _) in enumerate(reads) if now > from_ns), len(reads))
-    begin = reads[first - 1][1] if first > 0 else 0
-    end = max((n for now, n in reads if now <= to_ns), default=0)
-    return begin, max(begin, end)
+    # the samples that arrived between two times, as a slice
+    begin = max((n for now, n in reads if now <= from_ns), default=0)
+    return slice(begin, max(begin, max((n for now, n in reads if now <= to_ns), default=0)))
 
 
 def heard(raw, from_ns, to_ns):
     samples, reads = load(raw)
-    part = samples[slice(*arrived(reads, from_ns, to_ns))]
-    peak = max(map(abs, part), default=0)
+    part = samples[arrived(reads, from_ns, to_ns)]
     block = RATE // 100
-    loud = sum(1 for i in range(0, len(part), block) if max(map(abs, part[i:i + block])) > LOUD)
-    print(peak, loud * 10)
+    loud = sum(max(map(abs, part[i:i + block])) > LOUD for i in range(0, len(part), block))
+    print(max(map(abs, part), default=0), loud * 10)
 
 
-def delays(raw, log, from_ns=0):
+def delays(raw, log, from_ns):
     samples, reads = load(raw)
-    last = reads[-1][0] if reads else 0
-    for line in open(log, errors="replace"):
-        f = line.split()
+    for f in map(str.split, open(log, errors="replace")):
         if len(f) != 3 or f[0] != "quillop-sound" or int(f[1]) < from_ns:
             continue
         ns, name = int(f[1]), f[2]
-        if ns + ANSWER_WITHIN_MS * 1_000_000 > last:
-            print("%s: asked for too near the end of the recording" % name, file=sys.stderr)
-            continue
-        before = samples[slice(*arrived(reads, ns - QUIET_BEFORE_MS * 1_000_000, ns))]
-        if max(map(abs, before), default=0) > LOUD:
-            print("%s: another sound still playing" % name, file=sys.stderr)
-            continue
-        begin, end = arrived(reads, ns, ns + ANSWER_WITHIN_MS * 1_000_000)
-        onset = next((k for k in range(begin, end) if abs(samples[k]) > LOUD), None)
-        if onset is None:
-            print(name, "none")
-            continue
-        came = next(now for now, n in reads if n > onset)
-        print(name, "%.1f" % ((came - ns) / 1e6))
+        if not reads or ns + 500 * MS > reads[-1][0]:
+            print(name, "asked for too near the end of the recording", file=sys.stderr)
+        elif max(map(abs, samples[arrived(reads, ns - 100 * MS, ns)]), default=0) > LOUD:
+            print(name, "asked for while another sound still played", file=sys.stderr)
+        else:
+            part = arrived(reads, ns, ns + 500 * MS)
+            onset = next((k for k in range(part.start, part.stop) if abs(samples[k]) > LOUD), None)
+            came = onset is not None and next(now for now, n in reads if n > onset)
+            print(name, "none" if onset is None else "%.1f" % ((came - ns) / MS))
 
 
 if __name__ == "__main__":
-    cmd = sys.argv[1]
+    cmd, args = sys.argv[1], sys.argv[2:]
     if cmd == "record":
-        record(sys.argv[2])
-    elif cmd == "heard":
-        heard(sys.argv[2], int(sys.argv[3]), int(sys.argv[4]))
-    elif cmd == "delays":
-        delays(sys.argv[2], sys.argv[3], int(sys.argv[4]) if len(sys.argv) > 4 else 0)
+        record(*args)
+    elif cmd in ("heard", "delays"):
+        (heard if cmd == "heard" else delays)(args[0], *(int(a) if a.isdigit() else a for a in args[1:]))
     else:
-        sys.exit(__doc__)
+        sys.exit("unknown command %s: the commands are listed at the head of %s" % (cmd, sys.argv[0]))

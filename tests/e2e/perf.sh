@@ -1,10 +1,10 @@
 #!/bin/bash
 # Benchmark, not a test: prints figures and fails only when it cannot measure.
-#   start-up: launch to the frame being mapped, and to the Play button being
-#             drawn (first screen grab that shows it), over RUNS launches
-#   playing:  CPU of the game (and of the X server) over SECONDS of play, as a
-#             percentage of one core, from utime+stime in /proc/PID/stat; then
-#             the game's CPU while the pointer sweeps the field 50 times a second
+#   start-up: launch to the frame being mapped, and to the Play button being drawn (first
+#             screen grab that shows it), over RUNS launches
+#   playing:  CPU of the game (and of the X server) over SECONDS of play, as a percentage of
+#             one core, from utime+stime in /proc/PID/stat; then the game's CPU while the
+#             pointer sweeps the field 50 times a second
 #   memory:   VmRSS and VmHWM of the game after the play
 #   pace:     how many times a second the playfield's pixels change
 #
@@ -14,76 +14,65 @@ e2e_init perf "$1" "${2:-}"
 e2e_start_x
 RUNS=${RUNS:-3}
 PLAY_S=${SECONDS_PLAYED:-10}
-HZ=$(getconf CLK_TCK)
-
 ms_since() { echo $(( ($(date +%s%N) - $1) / 1000000 )); }
-cpu_ticks() { awk '{print $14 + $15}' "/proc/$1/stat"; }
+cpu() { awk '{print $14 + $15}' "/proc/$1/stat"; }
+status() { awk -v k="$1:" '$1 == k {print $2}' "/proc/$GAME_PID/status"; }
+median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
+pct() { awk -v t="$1" -v ms="$2" -v hz="$(getconf CLK_TCK)" 'BEGIN { printf "%.1f", 100 * t / hz / (ms / 1000) }'; }
 MAPPED=() DRAWN=()
 for run in $(seq "$RUNS"); do
     rm -rf "$XDG_CONFIG_HOME/Quillop"          # every launch from an empty home
     e2e_start_game
-    t0=$GAME_T0
-    FRAME=""
-    for _ in $(seq 2000); do
-        FRAME=$(xdotool search --onlyvisible --name '^Quillop' 2>/dev/null | head -1) && [ -n "$FRAME" ] && break
+    until FRAME=$(xdotool search --onlyvisible --name '^Quillop' 2>/dev/null | head -1) && [ -n "$FRAME" ]; do
+        game_alive || die "the game ended before its frame showed"
         sleep 0.005
     done
-    [ -n "$FRAME" ] || die "no frame within 10 s"
-    MAPPED+=("$(ms_since "$t0")")
+    MAPPED+=("$(ms_since "$GAME_T0")")
     e2e_geometry "$FRAME"
-    seen=$($PIX waitlit $((WX + 227)) $((WY + 210)) 10) \
-        || die "the Play button never showed at $((WX + 227)),$((WY + 210))"
-    DRAWN+=("$(( (seen - t0) / 1000000 ))")
+    seen=$($PIX waitlit $((WX + 227)) $((WY + 210)) 10) || die "the Play button never showed at $((WX + 227)),$((WY + 210))"
+    DRAWN+=("$(( (seen - GAME_T0) / 1000000 ))")
     log "launch $run: mapped ${MAPPED[-1]} ms, Play drawn ${DRAWN[-1]} ms"
-    if [ "$run" -lt "$RUNS" ]; then
-        e2e_wm_close "$FRAME"; e2e_wait_exit 10 || die "no exit"
-    fi
+    if [ "$run" -lt "$RUNS" ]; then e2e_wm_close "$FRAME"; e2e_wait_exit 10 || die "no exit"; fi
 done
-median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
 
 # --- a game of PLAY_S seconds ----------------------------------------------
 sleep 1
 S=$(e2e_shot ready)
 read -r PX PY _ < <($PIX button "$S" "$WX,$WY,$WW,$WH" $((WX + 227)) $((WY + 210))) || die "no Play button"
-XPID=${E2E_PIDS[0]}
-rss_before=$(awk '/VmRSS/ {print $2}' "/proc/$GAME_PID/status")
+XPID=${E2E_PIDS[0]}  # Xvfb
+rss_ready=$(status VmRSS)
 xdotool mousemove "$PX" "$PY" click 1 mousemove "$PX" $((PY + 110))
 sleep 0.2
-g0=$(cpu_ticks "$GAME_PID"); x0=$(cpu_ticks "$XPID"); t0=$(date +%s%N)
-# wiggle the paddle now and then, as a player would
-for _ in $(seq $((PLAY_S * 2))); do
+g0=$(cpu "$GAME_PID") x0=$(cpu "$XPID") t0=$(date +%s%N)
+for _ in $(seq $((PLAY_S * 2))); do   # the paddle wiggled now and then, as a player would
     xdotool mousemove_relative -- $((RANDOM % 41 - 20)) 0
     sleep 0.5
 done
-g1=$(cpu_ticks "$GAME_PID"); x1=$(cpu_ticks "$XPID"); el=$(ms_since "$t0")
-# then sweep the pointer to and fro across the field, 50 moves a second as a player's
-# mouse reports them, from one xdotool so that starting it costs nothing per move
+g1=$(cpu "$GAME_PID") x1=$(cpu "$XPID") el=$(ms_since "$t0")
+# then the pointer sweeps to and fro across the field, 50 moves a second as a player's mouse
+# reports them, from one xdotool so that starting it costs nothing per move
 SWEEP=()
 for i in $(seq 0 $((PLAY_S * 50 - 1))); do
-    k=$((i % 60)); [ $k -ge 30 ] && k=$((60 - k))
+    k=$((i % 60)); [ $k -lt 30 ] || k=$((60 - k))
     SWEEP+=(mousemove $((PX - 150 + k * 10)) $((PY + 110)) sleep 0.02)
 done
-s0=$(cpu_ticks "$GAME_PID"); st0=$(date +%s%N)
+s0=$(cpu "$GAME_PID") st0=$(date +%s%N)
 xdotool "${SWEEP[@]}"
-s1=$(cpu_ticks "$GAME_PID"); sel=$(ms_since "$st0")
+s1=$(cpu "$GAME_PID") sel=$(ms_since "$st0")
 game_alive || die "the game died while playing"
 e2e_shot playing >/dev/null
-rss=$(awk '/VmRSS/ {print $2}' "/proc/$GAME_PID/status")
-hwm=$(awk '/VmHWM/ {print $2}' "/proc/$GAME_PID/status")
-threads=$(awk '/Threads/ {print $2}' "/proc/$GAME_PID/status")
-# The field is repainted once per tick: counting how often its pixels change
-# gives the tick pace from outside (a lower bound: a tick that changes
-# nothing visible is not seen).  Measured after the CPU figures, as the
-# polling itself loads the X server.
+# The field is repainted once per tick: how often its pixels change gives the tick pace from
+# outside (a lower bound: a tick that changes nothing visible is not seen). Measured after the
+# CPU figures, as the polling itself loads the X server.
 read -r redraws grabs < <($PIX changes "$((WX + 8)),$((PY - 150)),$((WW - 16)),260" 3)
-pct() { $PYTHON -c "print('%.1f' % (100.0 * $1 / $HZ / ($el / 1000.0)))"; }
 
 echo "=== Quillop2 under Xvfb 1280x1024 + openbox, $(nproc) cores ==="
 echo "start-up to frame mapped:   $(median "${MAPPED[@]}") ms median (${MAPPED[*]})"
 echo "start-up to Play drawn:     $(median "${DRAWN[@]}") ms median (${DRAWN[*]})"
-echo "CPU while playing ${PLAY_S}s:     game $(pct $((g1 - g0)))% of one core, Xvfb $(pct $((x1 - x0)))%"
-echo "CPU, pointer sweeping:      game $(el=$sel pct $((s1 - s0)))% of one core ($((PLAY_S * 50)) moves in $sel ms)"
-echo "memory:                     VmRSS $((rss_before / 1024)) MB ready, $((rss / 1024)) MB playing; VmHWM $((hwm / 1024)) MB; $threads threads"
+echo "CPU while playing ${PLAY_S}s:     game $(pct $((g1 - g0)) "$el")% of one core, Xvfb $(pct $((x1 - x0)) "$el")%"
+echo "CPU, pointer sweeping:      game $(pct $((s1 - s0)) "$sel")% of one core ($((PLAY_S * 50)) moves in $sel ms)"
+echo "memory:                     VmRSS $((rss_ready / 1024)) MB ready, $(($(status VmRSS) / 1024)) MB playing;" \
+     "VmHWM $(($(status VmHWM) / 1024)) MB; $(status Threads) threads"
 echo "field redraws:              $redraws a second (of $grabs screen polls a second; the tick pace, seen from outside)"
 e2e_wm_close "$FRAME"
 e2e_wait_exit 10 || fail "no exit after the close"
