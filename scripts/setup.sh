@@ -19,7 +19,7 @@ PLAY_PACKAGES="cmake g++ make pkgconf qt6-base-dev qt6-svg-dev libqt6svg6 qt6-im
 # The tests: GoogleTest, an X server with a window manager and the tools that drive and
 # photograph it, the sound server's command-line tools, Python; the validators of the desktop
 # entry, the metainfo and the Debian package.
-TEST_PACKAGES="libgtest-dev xvfb xdotool openbox imagemagick x11-utils pulseaudio-utils python3
+TEST_PACKAGES="libgtest-dev xvfb xdotool openbox imagemagick x11-utils x11-xserver-utils pulseaudio-utils python3
  lintian desktop-file-utils appstream dpkg-dev"
 # The sound test runs its own private sound server: PipeWire's PulseAudio service where the
 # desktop has PipeWire (it conflicts with the pulseaudio package), PulseAudio elsewhere.
