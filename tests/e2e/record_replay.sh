@@ -18,13 +18,7 @@ e2e_init record_replay "$1" "${3:-}"
 e2e_start_x
 REPLAYS=$HOME/.local/share/Quillop/replays
 
-start_game() { # start_game ARGS...: the game, from its own folder
-    (cd "$(dirname "$GAME_BIN")" && exec "$GAME_BIN" "$@") >>"$WORK/game.log" 2>&1 &
-    GAME_PID=$!
-    E2E_PIDS+=($GAME_PID)
-}
-
-start_game --trace "$WORK/window.trace"
+e2e_start_game --trace "$WORK/window.trace"
 e2e_find_frame
 S=$(e2e_shot 01-ready)
 read -r PX PY BW BH < <($PIX button "$S" "$CLIENT" $((FX + FW / 2)) $((FY + FH / 2))) \
@@ -67,8 +61,7 @@ xdotool key --clearmodifiers alt+h; sleep 0.4; xdotool key h
 HELP=$(e2e_wait_window '^Help$' 10) || die "no Help window"
 sleep 0.5; e2e_geometry "$HELP"
 HELP_AT="$(( (WX - FL) * 15 )) $(( (WY - FT) * 15 )) $((WX * 15)) $((WY * 15))"
-check "help window: client 354x420 px (got ${WW}x${WH})" \
-    bash -c "(( ${WW} >= 351 && ${WW} <= 357 && ${WH} >= 417 && ${WH} <= 423 ))"
+check "help window: client 354x420 px (got ${WW}x${WH})" eval 'within 3 $WW 354 && within 3 $WH 420'
 check "help window: navy text box" test "$($PIX count "$(e2e_shot 03-help)" "$WX,$WY,354,100" 000080 8)" -ge 2000
 xdotool mousemove $((WX + 308)) $((WY + 396)) click 1
 e2e_wait_gone "$HELP" 5 || die "Close did not close the help window"
@@ -89,11 +82,9 @@ until ls "$REPLAYS"/*.scn >/dev/null 2>&1; do
     box=$(xdotool search --onlyvisible --name '^Congrats!$' 2>/dev/null | head -1 || true)
     if [ -n "$box" ]; then
         sleep 0.5; e2e_geometry "$box"
-        check "Congrats!: client about 372x138 px (got ${WW}x${WH})" \
-            bash -c "(( $WW >= 369 && $WW <= 375 && $WH >= 135 && $WH <= 141 ))"
+        check "Congrats!: client about 372x138 px (got ${WW}x${WH})" eval 'within 3 $WW 372 && within 3 $WH 138'
         check "Congrats!: centred on the screen with its decorations" \
-            bash -c "(( ${WX} + (${WW} + ${FR} - ${FL}) / 2 - 640 <= 5 && 640 - ${WX} - (${WW} + ${FR} - ${FL}) / 2 <= 5 &&
-                        ${WY} + (${WH} + ${FB} - ${FT}) / 2 - 512 <= 5 && 512 - ${WY} - (${WH} + ${FB} - ${FT}) / 2 <= 5 ))"
+            eval 'within 5 $((WX + (WW + FR - FL) / 2)) 640 && within 5 $((WY + (WH + FB - FT) / 2)) 512'
         # no control box: no minimise, maximise or close asked of the window manager (Motif
         # functions 8, 16, 32; 1 would be all); openbox draws its buttons anyway
         read -r flags funcs _ <<<"$(xprop -id "$box" _MOTIF_WM_HINTS | sed -n 's/.*= *//p' | tr -d ',')"
@@ -103,8 +94,8 @@ until ls "$REPLAYS"/*.scn >/dev/null 2>&1; do
         # OK (2520, 1440 twips, 97x25 px) clicked with the real pointer: press, a pause in
         # which the pressed button repaints, release
         xdotool mousemove $((WX + 216)) $((WY + 108)) mousedown 1; sleep 0.3; xdotool mouseup 1
-        check "the caption names the new holder" bash -c \
-            "for t in \$(seq 30); do xdotool getwindowname $FRAME | grep -q '^Quillop High Score by Replayer - [1-9][0-9]*\$' && exit 0; sleep 0.1; done; exit 1"
+        check "the caption names the new holder" \
+            wait_for 3 eval "xdotool getwindowname $FRAME | grep -q '^Quillop High Score by Replayer - [1-9][0-9]*\$'"
     else
         xdotool mousemove "$PX" "$PY" click 1   # Play, Drop, or a mine
         sweep 1
@@ -141,7 +132,7 @@ check "the trace's last line shows the recorded score" \
 # --- the window's replay, with snapshots at three ticks ---------------------
 read -r -a AT < <($PYTHON "$E2E_DIR/replay_check.py" ticks "$WORK/sim.trace")
 $PYTHON "$E2E_DIR/replay_check.py" insert "$REC" "$WORK/shots.scn" "$ART" "${AT[@]}"
-start_game --replay "$WORK/shots.scn" --trace "$WORK/replay.trace"
+e2e_start_game --replay "$WORK/shots.scn" --trace "$WORK/replay.trace"
 T0=$(date +%s)
 until grep -q 'played to its end\|does not play back' "$WORK/game.log"; do
     (( $(date +%s) - T0 < 180 )) || die "the replay did not reach its end within 180 s"
@@ -171,9 +162,8 @@ check "a replay keeps no recording of its own" test "$(ls "$REPLAYS" | wc -l)" -
 # --- an edited recording: the window names the line, and still closes ----------
 printf 'size 400 300\nseed 5\ntick 3\nexpect 3 10 0\ntick 5\n' > "$WORK/edited.scn"
 : > "$WORK/game.log"
-start_game --replay "$WORK/edited.scn"
-check "an edited recording is refused at its line" bash -c \
-    "for t in \$(seq 100); do grep -q 'does not play back: line 4: ' '$WORK/game.log' && exit 0; sleep 0.1; done; exit 1"
+e2e_start_game --replay "$WORK/edited.scn"
+check "an edited recording is refused at its line" wait_for 10 grep -q 'does not play back: line 4: ' "$WORK/game.log"
 e2e_wm_close "$(xdotool search --onlyvisible --name '^Quillop High Score by ' | head -1)"
 e2e_wait_exit 10 || die "the frame did not close while the message was up"
 
