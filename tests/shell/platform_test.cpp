@@ -178,18 +178,9 @@ private slots:
         }));
     }
 
-    // The direct XPM reader gives what Qt's image reader gives, for every picture shipped,
-    // and turns down a file cut short.
-    void xpmReaderMatchesQtsReader() {
-        QStringList paths = {QStringLiteral(":/icons/quillop_32.xpm"), QStringLiteral(":/about.xpm")};
-        for (int k = 1; k < kPictureCount; ++k)
-            paths << QStringLiteral(":/sprites/%1.xpm").arg(QString::fromLatin1(pictureName(static_cast<Pic>(k))));
-        for (const QString& path : paths) {
-            const QImage expected(path);
-            QVERIFY2(!expected.isNull(), qPrintable(path));
-            QCOMPARE(readXpm(path).convertToFormat(QImage::Format_ARGB32),
-                     expected.convertToFormat(QImage::Format_ARGB32));
-        }
+    // What the XPM reader makes of every picture shipped is tested with the pictures; here,
+    // that it turns down a file cut short or missing.
+    void xpmReaderRefusesABrokenFile() {
         QFile whole(QStringLiteral(":/icons/quillop_16.xpm"));
         QVERIFY(whole.open(QIODevice::ReadOnly));
         QTemporaryDir dir;
