@@ -170,12 +170,11 @@ private slots:
         QCOMPARE(QColor(shown().pixel(104, 54)), QColor(0xC0, 0, 0));
         puck.Visible = kFalse;
         QCOMPARE(shown().pixel(104, 54), surface.pixel(104, 54));
-        // A picture painted by the game reaches the screen; the controls follow their models.
-        app.surface().paintPicture(Pic::Pointspod, 10, 10);
+        // The controls follow their models (what the game paints reaching the screen is the
+        // paddle's test).
         game.cmdDrop.Visible = kTrue;
         game.cmdDrop.Left = 30;
-        QCOMPARE(shown().copy(10, 10, 40, 40), surface.copy(10, 10, 40, 40));
-        QVERIFY(surface.copy(10, 10, 40, 40) != QImage(40, 40, QImage::Format_RGB32));
+        shown();
         QVERIFY(field.cmdDrop->isVisible());
         QCOMPARE(field.cmdDrop->x(), 30);
         for (const QString& message : {QStringLiteral("Insert Coin"), QStringLiteral("You Win !!")})  // never cut off
