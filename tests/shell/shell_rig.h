@@ -53,4 +53,13 @@ inline void whenModal(std::function<void(QWidget*)> act) {
     });
 }
 
+// A timing on a machine shared with other work: a run that meets the bound on any of three
+// tries passes; a fault that misses it misses it on every try.
+template <typename Try>
+bool onSomeTry(Try attempt) {
+    for (int k = 0; k < 3; ++k)
+        if (attempt()) return true;
+    return false;
+}
+
 }  // namespace quillop::test
