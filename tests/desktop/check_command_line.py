@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Quillop2 --help and --version answer on a terminal without a display, the manual page
-lists the options --help lists, in the same words, and an unknown option is refused.
-
-usage: check_command_line.py PATH/TO/Quillop2 PATH/TO/Quillop2.6 VERSION
-"""
+# Quillop2 --help and --version answer on a terminal without a display, the manual page
+# lists the options --help lists, in the same words, and an unknown option is refused.
+#
+# usage: check_command_line.py PATH/TO/Quillop2 PATH/TO/Quillop2.6 VERSION
 import os
 import re
 import subprocess
@@ -27,8 +26,8 @@ def run(*args, **env):
     return subprocess.run([game, *args], env=clean, capture_output=True, text=True, timeout=10)
 
 
+# {'-h, --help': 'Displays this help.', ...} from the Options: block of --help.
 def help_options(text):
-    """{'-h, --help': 'Displays this help.', ...} from the Options: block of --help."""
     block = text.split("Options:\n", 1)[1]
     return dict(re.split(r"\s{2,}", line.strip(), maxsplit=1) for line in block.splitlines() if line.strip())
 
@@ -40,8 +39,8 @@ def man_text(line):
     return line
 
 
+# The .TP entries of the OPTIONS section: first line the option names, second what it does.
 def man_options(source):
-    """The .TP entries of the OPTIONS section: first line the option names, second what it does."""
     section = source.split(".SH OPTIONS\n", 1)[1].split("\n.SH ", 1)[0]
     options = {}
     for entry in section.split(".TP\n")[1:]:

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""The set-up script on a Debian 12 GNOME desktop's audio stack, planned with apt-get -s
-against a copy of the dpkg database: neither the play nor the test set-up may remove a
-package, and a package that would need one removed is refused with a clear message.
-Works offline from apt's cached package lists.
-
-usage: gnome_dry_run.py SOURCE_DIR"""
+# The set-up script on a Debian 12 GNOME desktop's audio stack, planned with apt-get -s
+# against a copy of the dpkg database: neither the play nor the test set-up may remove a
+# package, and a package that would need one removed is refused with a clear message.
+# Works offline from apt's cached package lists.
+#
+# usage: gnome_dry_run.py SOURCE_DIR
 import os
 import re
 import shutil
@@ -61,10 +61,10 @@ def installed_stanza(stanza):
 NOT_YET_THERE = ("cmake", "libpulse-dev", "libgtest-dev", "libgmock-dev", "xvfb", "xdotool", "openbox", "pulseaudio-utils")
 
 
+# This machine's package database with PipeWire's audio stack installed the way GNOME has it
+# (pipewire-audio in, everything it conflicts with out) and without a few of the packages
+# Quillop asks for.
 def gnome_audio_database(admindir):
-    """This machine's package database with PipeWire's audio stack installed the way GNOME
-    has it (pipewire-audio in, everything it conflicts with out) and without a few of the
-    packages Quillop asks for."""
     status = os.path.join(admindir, "status")
     shutil.copy("/var/lib/dpkg/status", status)
     for sub in ("info", "updates"):

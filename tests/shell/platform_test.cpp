@@ -1,16 +1,13 @@
-// The Qt services: the settings file, the timer's pace, the sound call and the wave reader.
+// The Qt services: the settings file against QSettings, the clock and the timer's pace, the
+// sound call and the wave reader, the pictures, the recorded games' folder.
+#include <QDataStream>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QIcon>
-#include <QGuiApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QSettings>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <QTest>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -18,17 +15,14 @@
 #include <algorithm>
 #include <cstring>
 #include <random>
-#include <vector>
 
-#include "game/settings_values.h"
 #include "platform/qt/image_surface.h"
 #include "platform/qt/picture_set.h"
 #include "platform/qt/qt_clock.h"
 #include "platform/qt/qt_event_pump.h"
-#include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_sound.h"
-#include "platform/qt/wave_file.h"
 #include "platform/qt/tick_pacer.h"
+#include "platform/qt/wave_file.h"
 #include "shell/desktop_identity.h"
 #include "shell/replay_shelf.h"
 #include "shell_rig.h"
@@ -38,24 +32,46 @@ using namespace quillop;
 namespace {
 
 QByteArray wave(int rate, int channels, int bits, const QByteArray& pcm) {
-    QByteArray out("RIFF\0\0\0\0WAVE", 12);
-    auto put32 = [&](quint32 v) { for (int k = 0; k < 4; ++k) out.append(char((v >> (8 * k)) & 0xFF)); };
-    auto put16 = [&](quint16 v) { out.append(char(v & 0xFF)); out.append(char(v >> 8)); };
-    out.append("LIST", 4);  // a chunk the reader must step over (odd length: padded)
-    put32(3);
-    out.append("abc\0", 4);
-    out.append("fmt ", 4);
-    put32(16);
-    put16(1);
-    put16(quint16(channels));
-    put32(quint32(rate));
-    put32(quint32(rate * channels * bits / 8));
-    put16(quint16(channels * bits / 8));
-    put16(quint16(bits));
-    out.append("data", 4);
-    put32(quint32(pcm.size()));
-    out.append(pcm);
+    QByteArray out;
+    QDataStream s(&out, QIODevice::WriteOnly);
+    s.setByteOrder(QDataStream::LittleEndian);
+    s.writeRawData("RIFF\0\0\0\0WAVELIST", 16);
+    s << quint32(3);  // a chunk the reader must step over (odd length: padded)
+    s.writeRawData("abc\0fmt ", 8);
+    s << quint32(16) << quint16(1) << quint16(channels) << quint32(rate) << quint32(rate * channels * bits / 8)
+      << quint16(channels * bits / 8) << quint16(bits);
+    s.writeRawData("data", 4);
+    s << quint32(pcm.size());
+    s.writeRawData(pcm.constData(), int(pcm.size()));
     return out;
+}
+
+void putFile(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    f.write(bytes);
+}
+
+// Every value QSettings reads in the file now: from a copy under a name of its own, as
+// QSettings keeps what it read of a path and may miss that the file was replaced since.
+QMap<QString, QString> readByQSettings(const QString& path) {
+    static int copies = 0;
+    const QString copy = path + QString::number(++copies);
+    QFile::copy(path, copy);
+    QMap<QString, QString> values;
+    {
+        QSettings settings(copy, QSettings::IniFormat);
+        for (const QString& key : settings.allKeys()) values[key] = settings.value(key).toString();
+    }
+    QFile::remove(copy);
+    return values;
+}
+
+// Waits this thread made (it slept or blocked), not counting the scheduler's own switches.
+long voluntarySwitches() {
+    rusage usage{};
+    getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_nvcsw;
 }
 
 }  // namespace
@@ -66,12 +82,11 @@ private slots:
     void init() { test::emptySettings(); }
 
     // Icons keep their transparency, bitmaps replace their rectangle, erasers paint black,
-    // and every changed pixel lies in the region handed to the window.
-    void surfaceFollowsThePaintRulesAndReportsEveryChange() {
+    // and a new back colour is handed to the window whole.
+    void surfaceFollowsThePaintRules() {
         PictureSet pictures;
         ImageSurface surface(pictures, 100, 80);
         surface.setBackColor(0xFFFFFF);
-        surface.takeDirtyRegion();
         surface.paintPicture(Pic::Club, 0, 0);  // 24 x 22 figure in a 32 x 32 icon
         QCOMPARE(surface.image().pixel(31, 31), qRgb(255, 255, 255));
         QVERIFY(surface.image().pixel(12, 10) != qRgb(255, 255, 255));
@@ -82,75 +97,32 @@ private slots:
         QCOMPARE(surface.image().pixel(50, 40), qRgb(0, 0, 0));
         QCOMPARE(surface.image().pixel(73, 61), qRgb(0, 0, 0));
         QCOMPARE(surface.image().pixel(74, 61), qRgb(255, 255, 255));
-        // A paint that overlaps an area already reported must still be reported whole.
-        surface.paintPicture(Pic::Club, 20, 6);
-        const QRegion dirty = surface.takeDirtyRegion();
-        for (const QRect& painted : {QRect(0, 0, 32, 32), QRect(50, 40, 24, 22), QRect(20, 6, 32, 32)})
-            QCOMPARE(dirty.intersected(painted), QRegion(painted));
-        QVERIFY(surface.takeDirtyRegion().isEmpty());
+        surface.takeDirtyRegion();  // what a paint reports is seen in the played field's repaints
         surface.setBackColor(0x000000);
-        QCOMPARE(surface.image().pixel(12, 10), qRgb(0, 0, 0));
         QCOMPARE(surface.takeDirtyRegion(), QRegion(surface.image().rect()));
     }
 
     // Our file reader and QSettings agree both ways: a file from the earlier version, which
-    // QSettings wrote, reads the same; a file we write reads the same in QSettings.
+    // QSettings wrote, reads the same, even as Qt 5 wrote text outside ASCII; a file we write
+    // reads the same in QSettings, even after we read a damaged one (which values survive
+    // damage is tested in tests/core).
     void settingsFileAgreesWithQSettings() {
+        const QString path = QtSettingsStore().fileName();
         const QStringList names = {QStringLiteral("He said \"hi\"; ok"), QStringLiteral("back\\slash, = sign"),
                                    QStringLiteral("  spaced  "), QStringLiteral("two\nlines\tand\x01" "F"),
                                    QStringLiteral("@at"), QStringLiteral("Zoë 中文 😀"), QString()};
-        QtSettingsStore store;
-        for (int k = 0; k < names.size(); ++k) {
-            {
-                QSettings old(store.fileName(), QSettings::IniFormat);
-                old.setValue(QStringLiteral("Gorvane/Highscorer"), names[k]);
-                old.setValue(QStringLiteral("Gorvane/Highscore"), QStringLiteral("12.5"));
-            }
-            QCOMPARE(QString::fromStdString(QtSettingsStore().read("Gorvane", "Highscorer", "?")), names[k]);
-            store.write("Gorvane", "Highscorer", names[k].toStdString());
-            store.write("MDI", "Width", "7000");
+        for (const QString& name : names) {
+            QSettings(path, QSettings::IniFormat).setValue(QStringLiteral("Gorvane/Highscorer"), name);
+            QtSettingsStore store;
+            QCOMPARE(QString::fromStdString(store.read("Gorvane", "Highscorer", "?")), name);
+            store.write("Gorvane", "Highscorer", name.toStdString());
             QCOMPARE(store.commit(), std::string());
-            QSettings raw(store.fileName(), QSettings::IniFormat);
-            QCOMPARE(raw.value(QStringLiteral("Gorvane/Highscorer")), QVariant(names[k]));
-            QCOMPARE(raw.value(QStringLiteral("MDI/Width")), QVariant(QStringLiteral("7000")));
-            QCOMPARE(raw.value(QStringLiteral("Gorvane/Highscore")), QVariant(QStringLiteral("12.5")));
+            QCOMPARE(readByQSettings(path).value(QStringLiteral("Gorvane/Highscorer")), name);
         }
-        // As Qt 5 wrote text outside ASCII: UTF-16 units, two for a character past U+FFFF.
-        QFile old(store.fileName());
-        QVERIFY(old.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        old.write("[Gorvane]\nHighscorer=Zo\\xeb \\xd83d\\xde00 \\x41\n");
-        old.close();
+        // Qt 5's escapes: UTF-16 units, two for a character past U+FFFF.
+        putFile(path, "[Gorvane]\nHighscorer=Zo\\xeb \\xd83d\\xde00 \\x41\n");
         QCOMPARE(QString::fromStdString(QtSettingsStore().read("Gorvane", "Highscorer", "?")),
-                 QSettings(store.fileName(), QSettings::IniFormat).value("Gorvane/Highscorer").toString());
-    }
-
-    // The window class and the app id name the desktop entry that is installed; the
-    // settings file stays where the players' best scores already are.
-    void desktopIdentityNamesTheEntryAndKeepsTheSettings() {
-        takeDesktopIdentity();
-        const QString id = QGuiApplication::desktopFileName();
-        QVERIFY(QFile::exists(QStringLiteral(QUILLOP_SOURCE_DIR "/resources/") + id + QStringLiteral(".desktop")));
-        QCOMPARE(QCoreApplication::applicationName(), id);
-        // The round icon every window shows, at the two sizes the desktop asks for.
-        const QIcon icon = QGuiApplication::windowIcon();
-        QCOMPARE(icon.availableSizes(), (QList<QSize>{{32, 32}, {16, 16}}));
-        const QImage icon32 = icon.pixmap(32, 32).toImage();
-        QVERIFY(qAlpha(icon32.pixel(0, 0)) == 0 && qAlpha(icon32.pixel(16, 16)) == 255);
-        QVERIFY(QtSettingsStore().fileName().endsWith(QStringLiteral("/.config/Quillop/Quillop.conf")));
-    }
-
-    // Whatever damaged text the file holds (which values survive is tested in tests/core),
-    // the file written afterwards is one that QSettings reads in full: every value we read,
-    // it reads the same.
-    void damagedSettingsStillSaveAFileQSettingsReads() {
-        QtSettingsStore store;
-        QDir().mkpath(QFileInfo(store.fileName()).path());
-        auto put = [&](const QByteArray& text) {
-            QFile file(store.fileName());
-            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            file.write(text);
-        };
-        // Random damage, then a save: QSettings must read every value we read.
+                 readByQSettings(path).value("Gorvane/Highscorer"));
         const QByteArray valid = "[Gorvane]\nTop=400\nHighscore=4321\nHighscorer=\"a \\\"b\\\"; c\"\n[Help]\nLeft=200\n"
                                  "[MDI]\nWidth=7000\nWindowstate=0\n";
         const QStringList keys = {"Gorvane/Top", "Gorvane/Highscore", "Gorvane/Highscorer", "Help/Left",
@@ -160,110 +132,104 @@ private slots:
             QByteArray text = valid;
             for (int m = 1 + int(rng() % 4); m > 0; --m)
                 text.insert(int(rng() % text.size()), "\"\\\n\r[=;@\xff\x01"[rng() % 10]);
-            put(text);
+            putFile(path, text);
             QtSettingsStore damaged;
             damaged.write("MDI", "Top", "300");
             QCOMPARE(damaged.commit(), std::string());
-            QSettings raw(store.fileName(), QSettings::IniFormat);
+            const QMap<QString, QString> raw = readByQSettings(path);
             for (const QString& key : keys) {
                 const std::string ours = damaged.read(key.section('/', 0, 0).toStdString(),
                                                       key.section('/', 1).toStdString(), "<none>");
-                if (ours != "<none>") QCOMPARE(raw.value(key).toString().toStdString(), ours);
+                if (ours != "<none>") QCOMPARE(raw.value(key).toStdString(), ours);
             }
         }
     }
 
-    void clockStepsSixtyFourTimesASecond() {
+    // The window class (seen end to end) and the app id name the desktop entry; every window
+    // shows the program's icon at the two sizes the desktop asks for.
+    void desktopIdentityNamesTheEntryAndGivesTheIcon() {
+        takeDesktopIdentity();
+        QCOMPARE(QGuiApplication::desktopFileName(), QCoreApplication::applicationName());
+        QCOMPARE(QGuiApplication::windowIcon().availableSizes(), (QList<QSize>{{32, 32}, {16, 16}}));
+    }
+
+    // The clock steps 64 times a second; a wait for its next step sleeps instead of
+    // spinning, yet still runs the window's events and ends on the step.
+    void pumpWaitsForTheClockWithoutSpinning() {
         QtClock clock;
         for (int k = 0; k < 50; ++k) {
             const double t = clock.secondsSinceMidnight();
             QCOMPARE(t * 64, std::floor(t * 64));
             QVERIFY(t >= 0 && t < 86400);
         }
-    }
-
-    // A wait for the clock's next step sleeps instead of spinning, yet still runs the
-    // window's events and ends on the step.
-    void pumpWaitsForTheClockWithoutSpinning() {
-        QtClock clock;
         QtEventPump pump;
         int hooks = 0;
         pump.beforeEach = [&hooks] { ++hooks; };
-        bool timerRan = false;
-        QTimer::singleShot(20, [&] { timerRan = true; });
-        QElapsedTimer elapsed;
-        elapsed.start();
-        const double start = clock.secondsSinceMidnight();
-        while (clock.secondsSinceMidnight() < start + 6.0 / 64 && elapsed.elapsed() < 2000) pump.processPendingEvents();
-        QVERIFY(timerRan);
-        QVERIFY2(elapsed.elapsed() >= 75 && elapsed.elapsed() < 140, qPrintable(QString::number(elapsed.elapsed())));
-        QVERIFY2(hooks <= 30, qPrintable(QString::number(hooks)));  // spinning made thousands
+        QVERIFY(test::onSomeTry([&] {
+            bool timerRan = false;
+            QTimer::singleShot(20, [&] { timerRan = true; });
+            hooks = 0;
+            QElapsedTimer elapsed;
+            elapsed.start();
+            const double start = clock.secondsSinceMidnight();
+            while (clock.secondsSinceMidnight() < start + 6.0 / 64 && elapsed.elapsed() < 2000) pump.processPendingEvents();
+            qInfo("6 steps waited in %lld ms, %d calls", elapsed.elapsed(), hooks);
+            return timerRan && elapsed.elapsed() >= 75 && elapsed.elapsed() < 140 && hooks <= 30;  // spinning made thousands
+        }));
     }
 
-    // The direct XPM reader gives what Qt's image reader gives, for every picture shipped,
-    // and turns down a file cut short.
-    void xpmReaderMatchesQtsReader() {
-        QStringList paths = {QStringLiteral(":/icons/quillop_32.xpm"), QStringLiteral(":/about.xpm")};
-        for (int k = 1; k < kPictureCount; ++k)
-            paths << QStringLiteral(":/sprites/%1.xpm").arg(QString::fromLatin1(pictureName(static_cast<Pic>(k))));
-        for (const QString& path : paths) {
-            const QImage expected(path);
-            QVERIFY2(!expected.isNull(), qPrintable(path));
-            QCOMPARE(readXpm(path).convertToFormat(QImage::Format_ARGB32),
-                     expected.convertToFormat(QImage::Format_ARGB32));
-        }
+    // What the XPM reader makes of every picture shipped is tested with the pictures; here,
+    // that it turns down a file cut short or missing.
+    void xpmReaderRefusesABrokenFile() {
         QFile whole(QStringLiteral(":/icons/quillop_16.xpm"));
         QVERIFY(whole.open(QIODevice::ReadOnly));
         QTemporaryDir dir;
-        QFile cut(dir.filePath(QStringLiteral("cut.xpm")));
-        QVERIFY(cut.open(QIODevice::WriteOnly));
-        cut.write(whole.readAll().left(300));
-        cut.close();
-        QVERIFY(readXpm(cut.fileName()).isNull());
+        putFile(dir.filePath(QStringLiteral("cut.xpm")), whole.readAll().left(300));
+        QVERIFY(readXpm(dir.filePath(QStringLiteral("cut.xpm"))).isNull());
         QVERIFY(readXpm(dir.filePath(QStringLiteral("missing.xpm"))).isNull());
     }
 
-    void pacerRunsAtSixtyFourTicksASecond() {
+    // An interval of 1 ms runs 64 ticks a second; 600 ms is rounded up to whole clock steps;
+    // a disabled timer or a tick still running holds the next, and no burst makes up for it.
+    // A busy machine makes ticks late, never early or more.
+    void pacerKeepsTheClassicPace() {
         TimerModel timer{kTrue, 1};
-        int ticks = 0;
-        TickPacer pacer;
-        pacer.timerModel = [&] { return timer; };
-        pacer.busy = [] { return false; };
-        pacer.onTick = [&] { ++ticks; };
-        pacer.start();
-        QElapsedTimer elapsed;
-        elapsed.start();
-        QTest::qWait(2000);
-        const double seconds = elapsed.nsecsElapsed() / 1e9;
-        qInfo("%d ticks in %.3f s", ticks, seconds);
-        QVERIFY2(std::abs(ticks - seconds * 64) <= 3, qPrintable(QString::number(ticks)));
-    }
-
-    void pacerKeepsDesignIntervalAndStopsWhenDisabledOrBusy() {
-        QCOMPARE(TickPacer::periodNs(600), 39 * TickPacer::kStepNs);  // rounded up to the clock's steps
-        QCOMPARE(TickPacer::periodNs(1), TickPacer::kStepNs);
-        TimerModel timer{kTrue, 600};
         bool busy = false;
-        int ticks = 0;
+        std::vector<qint64> at;  // when each tick ran
+        QElapsedTimer elapsed;
         TickPacer pacer;
         pacer.timerModel = [&] { return timer; };
         pacer.busy = [&] { return busy; };
-        pacer.onTick = [&] { ++ticks; };
+        pacer.onTick = [&] { at.push_back(elapsed.nsecsElapsed()); };
+        QVERIFY(test::onSomeTry([&] {  // the rate between the first and the last tick: late events catch up
+            at.clear();
+            elapsed.start();
+            pacer.start();
+            QTest::qWait(2000);
+            pacer.stop();
+            const double rate = (at.size() - 1.0) / ((at.back() - at.front() + 1) / 1e9);
+            qInfo("%zu ticks, %.2f a second", at.size(), rate);
+            return at.size() > 1 && std::abs(rate - 64) < 0.5;
+        }));
+        QCOMPARE(TickPacer::periodNs(600), 39 * TickPacer::kStepNs);
+        timer.Interval = 600;
+        at.clear();
+        elapsed.start();
         pacer.start();
-        QTest::qWait(1300);
-        QCOMPARE(ticks, 2);  // at 609 and 1219 ms
+        QTRY_COMPARE(int(at.size()), 2);
+        QVERIFY(at[0] >= 39 * TickPacer::kStepNs && at[1] >= 78 * TickPacer::kStepNs);  // 609 and 1219 ms: late, never early
         timer.Enabled = kFalse;
         QTest::qWait(200);
-        const int stopped = ticks;
         busy = true;
         timer.Enabled = kTrue;
         timer.Interval = 1;
         pacer.sync();
         QTest::qWait(200);
-        QCOMPARE(ticks, stopped);  // disabled, then refused while a tick still runs
+        QCOMPARE(int(at.size()), 2);  // disabled, then refused while a tick still runs
         busy = false;
         QTest::qWait(200);
-        QVERIFY(ticks > stopped && ticks <= stopped + 16);  // no burst for the refused time
+        QVERIFY(at.size() <= 2 + 16);  // no burst for the refused time
+        QTRY_VERIFY(at.size() > 2);
     }
 
     void waveReaderMixesResamplesAndRefusesWhatNoSoundCanBe() {
@@ -299,23 +265,22 @@ private slots:
         QVERIFY(builtIn && builtIn->samples.size() > 100);
         QVERIFY(!loadSound("nosuch.wav", 22050));
         QVERIFY(!loadSound("../drop.wav", 22050));
-        auto put = [](const char* name, const QByteArray& bytes) {
-            QFile f(QDir::current().filePath(QString::fromLatin1(name)));
-            QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            f.write(bytes);
-        };
-        put("drop.wav", wave(22050, 1, 16, QByteArray(4, '\0')));
+        QTemporaryDir dir;
+        const QString cwd = QDir::currentPath();
+        QDir::setCurrent(dir.path());
+        putFile("drop.wav", wave(22050, 1, 16, QByteArray(4, '\0')));
         QCOMPARE(int(loadSound("drop.wav", 22050)->samples.size()), 2);
-        put("drop.wav", wave(1, 1, 16, QByteArray(1 << 20, '\x11')));
+        putFile("drop.wav", wave(1, 1, 16, QByteArray(1 << 20, '\x11')));
         QVERIFY(loadSound("drop.wav", 22050)->samples == builtIn->samples);
-        put("begin.wav", wave(22050, 1, 16, QByteArray(int(WaveLimits::kMaxFileBytes), '\0')));
+        putFile("begin.wav", wave(22050, 1, 16, QByteArray(int(WaveLimits::kMaxFileBytes), '\0')));
         QVERIFY(loadSound("begin.wav", 22050)->samples == loadWaveFile(QStringLiteral(":/sounds/begin.wav"), 22050)->samples);
-        QFile::remove(QDir::current().filePath(QStringLiteral("drop.wav")));
-        QFile::remove(QDir::current().filePath(QStringLiteral("begin.wav")));
+        QDir::setCurrent(cwd);
     }
 
     // The game's thread only hands a name over, even to a sound server that accepts the
     // connection and then never answers; and closing does not wait for that server either.
+    // A hand-over never sleeps or blocks, however busy the machine: it makes no voluntary
+    // context switch.
     void playingASoundNeverWaitsForTheSoundServer() {
         QTemporaryDir dir;
         const QByteArray path = dir.filePath(QStringLiteral("native")).toUtf8();
@@ -326,6 +291,7 @@ private slots:
         QVERIFY(bind(hung, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0 && listen(hung, 4) == 0);
         qputenv("PULSE_SERVER", "unix:" + path);
         std::vector<qint64> times;
+        int waited = 0;
         QElapsedTimer closing;
         {
             QtSoundPlayer player;
@@ -333,9 +299,11 @@ private slots:
             player.start();
             QElapsedTimer t;
             for (int k = 0; k < 200; ++k) {
+                const long switches = voluntarySwitches();
                 t.start();
                 player.playSound(k % 2 ? "drop.wav" : "nosuch.wav");
                 times.push_back(t.nsecsElapsed());
+                waited += voluntarySwitches() != switches;
                 if (k % 20 == 0) QTest::qWait(5);
             }
             pollfd knock{hung, POLLIN, 0};
@@ -346,10 +314,10 @@ private slots:
         qunsetenv("PULSE_SERVER");
         close(hung);
         std::sort(times.begin(), times.end());
-        qInfo("play: median %.3f ms, slowest %.3f ms; closing %lld ms", times[100] / 1e6, times.back() / 1e6,
-              closing.elapsed());
-        QVERIFY(times[100] < 100'000);     // a hand-over, not a call to the server
-        QVERIFY(times.back() < 10'000'000);  // the slowest: room for a busy machine's scheduler
+        qInfo("play: median %.3f ms, slowest %.3f ms, %d of 200 waited; closing %lld ms", times[100] / 1e6,
+              times.back() / 1e6, waited, closing.elapsed());
+        QCOMPARE(waited, 0);
+        QVERIFY(times[100] < 100'000);  // a hand-over, not a call to the server
         QVERIFY(closing.elapsed() < 1000);
     }
 
