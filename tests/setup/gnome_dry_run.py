@@ -72,14 +72,11 @@ def gnome_audio_database(admindir):
     rc, inst, remv, log = apt_plan(status, "pipewire-audio")
     if rc != 0:
         sys.exit("cannot plan pipewire-audio from the cached lists:\n" + log)
-    kept = [s for s in stanzas(open(status).read())
-            if re.search(r"^Package: (\S+)", s, re.M).group(1) not in remv + list(NOT_YET_THERE)]
+    gone = set(remv) | set(NOT_YET_THERE) | {n for n, _ in inst}
+    kept = [s for s in stanzas(open(status).read()) if re.search(r"^Package: (\S+)", s, re.M).group(1) not in gone]
     shown = subprocess.run(["apt-cache", "show", "--no-all-versions"] + [f"{n}={v}" for n, v in inst],
                            capture_output=True, text=True, check=True).stdout
-    names = {n for n, _ in inst}
-    kept = [s for s in kept if re.search(r"^Package: (\S+)", s, re.M).group(1) not in names]
-    for stanza in stanzas(shown):
-        kept.append(installed_stanza(stanza))
+    kept += [installed_stanza(stanza) for stanza in stanzas(shown)]
     with open(status, "w") as f:
         f.write("\n\n".join(kept) + "\n")
     return status, [n for n, _ in inst]

@@ -1,9 +1,8 @@
 // The Qt services: the settings file against QSettings, the clock and the timer's pace, the
-// sound call and the wave reader, the pictures, the recorded games' folder.
+// sound call and the wave reader, the recorded games' folder.
 #include <QDataStream>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QIcon>
 #include <QSettings>
 #include <QTest>
 #include <poll.h>
@@ -16,14 +15,9 @@
 #include <cstring>
 #include <random>
 
-#include "platform/qt/image_surface.h"
-#include "platform/qt/picture_set.h"
-#include "platform/qt/qt_clock.h"
-#include "platform/qt/qt_event_pump.h"
 #include "platform/qt/qt_sound.h"
 #include "platform/qt/tick_pacer.h"
 #include "platform/qt/wave_file.h"
-#include "shell/desktop_identity.h"
 #include "shell/replay_shelf.h"
 #include "shell_rig.h"
 
@@ -52,18 +46,16 @@ void putFile(const QString& path, const QByteArray& bytes) {
     f.write(bytes);
 }
 
-// Every value QSettings reads in the file now: from a copy under a name of its own, as
-// QSettings keeps what it read of a path and may miss that the file was replaced since.
+// Every value QSettings reads in the file now: from a copy under a name of its own (left in
+// the test's home), as QSettings keeps what it read of a path and may miss that the file
+// was replaced since.
 QMap<QString, QString> readByQSettings(const QString& path) {
     static int copies = 0;
     const QString copy = path + QString::number(++copies);
     QFile::copy(path, copy);
+    QSettings settings(copy, QSettings::IniFormat);
     QMap<QString, QString> values;
-    {
-        QSettings settings(copy, QSettings::IniFormat);
-        for (const QString& key : settings.allKeys()) values[key] = settings.value(key).toString();
-    }
-    QFile::remove(copy);
+    for (const QString& key : settings.allKeys()) values[key] = settings.value(key).toString();
     return values;
 }
 
@@ -80,27 +72,6 @@ class PlatformTest : public QObject {
     Q_OBJECT
 private slots:
     void init() { test::emptySettings(); }
-
-    // Icons keep their transparency, bitmaps replace their rectangle, erasers paint black,
-    // and a new back colour is handed to the window whole.
-    void surfaceFollowsThePaintRules() {
-        PictureSet pictures;
-        ImageSurface surface(pictures, 100, 80);
-        surface.setBackColor(0xFFFFFF);
-        surface.paintPicture(Pic::Club, 0, 0);  // 24 x 22 figure in a 32 x 32 icon
-        QCOMPARE(surface.image().pixel(31, 31), qRgb(255, 255, 255));
-        QVERIFY(surface.image().pixel(12, 10) != qRgb(255, 255, 255));
-        surface.paintPicture(Pic::Arsemask, 0, 0);
-        QCOMPARE(surface.image().pixel(12, 10), qRgb(0, 0, 0));
-        QCOMPARE(surface.image().pixel(31, 31), qRgb(255, 255, 255));
-        surface.paintPicture(Pic::Mask24x22, 50, 40);  // a bitmap: its whole rectangle
-        QCOMPARE(surface.image().pixel(50, 40), qRgb(0, 0, 0));
-        QCOMPARE(surface.image().pixel(73, 61), qRgb(0, 0, 0));
-        QCOMPARE(surface.image().pixel(74, 61), qRgb(255, 255, 255));
-        surface.takeDirtyRegion();  // what a paint reports is seen in the played field's repaints
-        surface.setBackColor(0x000000);
-        QCOMPARE(surface.takeDirtyRegion(), QRegion(surface.image().rect()));
-    }
 
     // Our file reader and QSettings agree both ways: a file from the earlier version, which
     // QSettings wrote, reads the same, even as Qt 5 wrote text outside ASCII; a file we write
@@ -145,50 +116,6 @@ private slots:
         }
     }
 
-    // The window class (seen end to end) and the app id name the desktop entry; every window
-    // shows the program's icon at the two sizes the desktop asks for.
-    void desktopIdentityNamesTheEntryAndGivesTheIcon() {
-        takeDesktopIdentity();
-        QCOMPARE(QGuiApplication::desktopFileName(), QCoreApplication::applicationName());
-        QCOMPARE(QGuiApplication::windowIcon().availableSizes(), (QList<QSize>{{32, 32}, {16, 16}}));
-    }
-
-    // The clock steps 64 times a second; a wait for its next step sleeps instead of
-    // spinning, yet still runs the window's events and ends on the step.
-    void pumpWaitsForTheClockWithoutSpinning() {
-        QtClock clock;
-        for (int k = 0; k < 50; ++k) {
-            const double t = clock.secondsSinceMidnight();
-            QCOMPARE(t * 64, std::floor(t * 64));
-            QVERIFY(t >= 0 && t < 86400);
-        }
-        QtEventPump pump;
-        int hooks = 0;
-        pump.beforeEach = [&hooks] { ++hooks; };
-        QVERIFY(test::onSomeTry([&] {
-            bool timerRan = false;
-            QTimer::singleShot(20, [&] { timerRan = true; });
-            hooks = 0;
-            QElapsedTimer elapsed;
-            elapsed.start();
-            const double start = clock.secondsSinceMidnight();
-            while (clock.secondsSinceMidnight() < start + 6.0 / 64 && elapsed.elapsed() < 2000) pump.processPendingEvents();
-            qInfo("6 steps waited in %lld ms, %d calls", elapsed.elapsed(), hooks);
-            return timerRan && elapsed.elapsed() >= 75 && elapsed.elapsed() < 140 && hooks <= 30;  // spinning made thousands
-        }));
-    }
-
-    // What the XPM reader makes of every picture shipped is tested with the pictures; here,
-    // that it turns down a file cut short or missing.
-    void xpmReaderRefusesABrokenFile() {
-        QFile whole(QStringLiteral(":/icons/quillop_16.xpm"));
-        QVERIFY(whole.open(QIODevice::ReadOnly));
-        QTemporaryDir dir;
-        putFile(dir.filePath(QStringLiteral("cut.xpm")), whole.readAll().left(300));
-        QVERIFY(readXpm(dir.filePath(QStringLiteral("cut.xpm"))).isNull());
-        QVERIFY(readXpm(dir.filePath(QStringLiteral("missing.xpm"))).isNull());
-    }
-
     // An interval of 1 ms runs 64 ticks a second; 600 ms is rounded up to whole clock steps;
     // a disabled timer or a tick still running holds the next, and no burst makes up for it.
     // A busy machine makes ticks late, never early or more.
@@ -211,7 +138,6 @@ private slots:
             qInfo("%zu ticks, %.2f a second", at.size(), rate);
             return at.size() > 1 && std::abs(rate - 64) < 0.5;
         }));
-        QCOMPARE(TickPacer::periodNs(600), 39 * TickPacer::kStepNs);
         timer.Interval = 600;
         at.clear();
         elapsed.start();
@@ -232,12 +158,13 @@ private slots:
         QTRY_VERIFY(at.size() > 2);
     }
 
-    void waveReaderMixesResamplesAndRefusesWhatNoSoundCanBe() {
+    // The player's own sound files: mixed to mono, resampled to the server's rate, and
+    // refused (costing only themselves) where no sound can be.
+    void soundFilesMixResampleOrGiveWayToTheBuiltInOnes() {
         QByteArray pcm;
         for (int k = 0; k < 4; ++k) pcm.append(char(0x80 + 64)).append(char(0x80 - 64 + k * 32));  // 8-bit stereo
         Wave w;
         QVERIFY(decodeWave(wave(11025, 2, 8, pcm), w));
-        QCOMPARE(w.rate, 11025);
         QCOMPARE(int(w.samples.size()), 4);
         QCOMPARE(int(w.samples[0]), 0);         // +64 and -64 mixed
         QCOMPARE(int(w.samples[2]), 32 * 256);  // +64 and 0
@@ -245,9 +172,6 @@ private slots:
         QCOMPARE(int(up.samples.size()), 8);
         QCOMPARE(int(up.samples[1]), 8 * 256);  // halfway between 0 and 16 * 256
         QVERIFY(!decodeWave(QByteArray("RIFF....WAVEjunk"), w));
-        // The edges of what is taken: 8,000 to 96,000 Hz, 1 or 2 channels, 8 or 16 bits, 10 s.
-        QVERIFY(decodeWave(wave(8000, 1, 8, QByteArray(80000, '\x80')), w));
-        QVERIFY(decodeWave(wave(96000, 2, 16, QByteArray(8, '\0')), w));
         const struct { int rate, channels, bits, bytes; } refused[] = {
             {1, 1, 16, 1 << 20},  // one hertz: resampling it would ask for gigabytes
             {7999, 1, 16, 4}, {96001, 1, 16, 4}, {22050, 3, 16, 6}, {22050, 1, 24, 6}, {22050, 0, 16, 4},
@@ -256,11 +180,8 @@ private slots:
         for (const auto& r : refused)
             QVERIFY2(!decodeWave(wave(r.rate, r.channels, r.bits, QByteArray(r.bytes, '\0')), w),
                      qPrintable(QStringLiteral("%1 Hz %2 ch %3 bit").arg(r.rate).arg(r.channels).arg(r.bits)));
-    }
-
-    // A file of the sound's name in the current directory comes first; one that is refused
-    // (or too big to read) plays the built-in sound of that name instead.
-    void soundsComeFromTheCurrentDirectoryOrTheBuiltInOnes() {
+        // A file of the sound's name in the current directory comes first; one that is refused
+        // (or too big to read) plays the built-in sound of that name instead.
         const auto builtIn = loadSound("drop.wav", 22050);
         QVERIFY(builtIn && builtIn->samples.size() > 100);
         QVERIFY(!loadSound("nosuch.wav", 22050));

@@ -24,33 +24,28 @@ inline void emptySettings() {
     QFile::remove(store.fileName());
 }
 
-inline QuillopApp::Options quiet() {
+inline QuillopApp::Options quiet(bool timer) {
     QuillopApp::Options options;
-    options.sound = options.timer = false;
+    options.sound = false;
+    options.timer = timer;
     return options;
 }
 
-// The program's windows up, silent, ticking only when the test says so.
+// The program's windows up, silent, and without a timer ticking only when the test says so.
 struct QuietApp : QuillopApp {
-    explicit QuietApp(Options options = quiet()) : QuillopApp(options) { Main(); }
+    explicit QuietApp(bool timer = false) : QuillopApp(quiet(timer)) { Main(); }
 };
 
-// Calls `act` every 10 ms with the modal window that is up (or null) until it returns false.
-inline void answerModals(std::function<bool(QWidget*)> act) {
+// Runs `act` on the next modal window once it is up (the caller then opens it and blocks),
+// looking for it every 10 ms.
+inline void whenModal(std::function<void(QWidget*)> act) {
     auto poll = std::make_shared<std::function<void()>>();
     *poll = [act, poll] {
         QWidget* modal = QApplication::activeModalWidget();
-        if (act(modal && modal->isVisible() ? modal : nullptr)) QTimer::singleShot(10, *poll);
+        if (modal && modal->isVisible()) act(modal);
+        else QTimer::singleShot(10, *poll);
     };
     QTimer::singleShot(10, *poll);
-}
-
-// Runs `act` on the next modal window once it is up (the caller then opens it and blocks).
-inline void whenModal(std::function<void(QWidget*)> act) {
-    answerModals([act](QWidget* modal) {
-        if (modal) act(modal);
-        return !modal;
-    });
 }
 
 // A timing on a machine shared with other work: a run that meets the bound on any of three

@@ -4,21 +4,17 @@
 // do, end to end (tests/e2e). Here, what only the widgets show.
 #include <QBackingStore>
 #include <QGuiApplication>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QSet>
 #include <QTest>
 
 #include "game/settings_values.h"
-#include "resources/assets.h"
 #include "shell/classic.h"
 #include "shell/frm_help.h"
 #include "shell/game_application.h"
 #include "shell/on_screen.h"
-#include "shell/version.h"
 #include "shell_rig.h"
 
 using namespace quillop;
@@ -34,13 +30,6 @@ QImage shownOnScreen(QWidget* widget) {
     const QImage all = store->devType() == QInternal::Pixmap ? static_cast<QPixmap*>(store)->toImage()
                                                              : *static_cast<QImage*>(store);
     return all.copy(box).convertToFormat(QImage::Format_RGB32);
-}
-
-// The next control Tab goes to.
-QWidget* nextTab(QWidget* w) {
-    for (QWidget* n = w->nextInFocusChain(); n != w; n = n->nextInFocusChain())
-        if (n->focusPolicy() & Qt::TabFocus) return n;
-    return w;
 }
 
 // Every label's and button's text inside its box: as wide as its advance, as high as its ink
@@ -74,21 +63,6 @@ class WindowsTest : public QObject {
 private slots:
     void init() { emptySettings(); }
 
-    // The outer size once the window system has framed the frame, and the children in pixels.
-    void frameArrangesItsChildrenInPixels() {
-        QuietApp app;
-        FrmGorvane& field = app.frmGorvane();
-        QTRY_COMPARE(app.frmMDI().width(), 7000.0f);
-        QTRY_COMPARE(app.frmMDI().height(), 6000.0f);
-        QCOMPARE(app.frmScore().width(), 433);  // 6500 twips
-        // The playfield's drawing area is its inside, and the surface matches it.
-        QCOMPARE(app.surface().image().size(), QSize(int(field.scaleWidth()), int(field.scaleHeight())));
-        QCOMPARE(int(field.scaleWidth()), 441 - 2 * FrmGorvane::kBorder);
-        app.frmMDI().setWidth(3000);  // too small: snapped back, the children following
-        QTRY_COMPARE(app.frmMDI().width(), 6000.0f);
-        QTRY_COMPARE(app.frmScore().width(), 367);  // 5500 twips
-    }
-
     // A placement remembered from a desktop that has changed since: a screen gone, a title
     // bar out of reach, too little showing, a size bigger than the screen.
     void framePlacementIsCheckedAgainstTodaysScreens() {
@@ -118,69 +92,6 @@ private slots:
         QCOMPARE(app.frmMDI().height(), 6000.0f);
     }
 
-    // When New Game asks is the rules', its answers are given end to end; here, the box.
-    void newGameAsksInAPlainBox() {
-        QuietApp app;
-        app.frmGorvane().cmdPlay->click();
-        QString shown;
-        whenModal([&](QWidget* w) {
-            auto* box = qobject_cast<QMessageBox*>(w);
-            shown = box->windowTitle() + "|" + box->text() + "|" + QString::number(box->icon());
-            box->button(QMessageBox::No)->click();
-        });
-        app.newGame();
-        QCOMPARE(shown, QStringLiteral("Quillop|Chickening out of the current game?|0"));
-        QCOMPARE(app.program().gorvane().Timer1.Enabled, kTrue);  // No: the game goes on
-    }
-
-    // The labels' texts are the rules'; here, that each reaches its own label, in its colour.
-    void scorePanelShowsTheTick() {
-        QuietApp app;
-        FrmScore& panel = app.frmScore();
-        QCOMPARE(panel.lblScore->palette().color(QPalette::WindowText), QColor(0, 255, 0));
-        QCOMPARE(panel.lblLives->palette().color(QPalette::WindowText), QColor(255, 0, 0));
-        QVERIFY(panel.lblLevel->font().bold() && !panel.Label1[1]->font().bold());
-        app.frmGorvane().cmdPlay->click();
-        app.program().mod.Score = 3250;
-        app.program().gorvane().Timer1_Timer();
-        QCOMPARE(panel.lblScore->text() + " " + panel.lblLevel->text() + " " + panel.lblLives->text(),
-                 QStringLiteral("3250 1 2"));
-    }
-
-    void playfieldShowsSurfaceAndPuck() {
-        QuietApp app;
-        FrmGorvane& field = app.frmGorvane();
-        Gorvane& game = app.program().gorvane();
-        const QImage& surface = app.surface().image();
-        field.cmdPlay->click();
-        ShapeModel& puck = game.shapePuck;
-        puck.Left = 100;
-        puck.Top = 50;
-        const auto shown = [&field] {
-            field.refresh();
-            return field.canvas()->grab().toImage();
-        };
-        QCOMPARE(shown().size(), surface.size());
-        QCOMPARE(QColor(shown().pixel(104, 54)), QColor(Qt::white));         // solid white fill
-        QCOMPARE(QColor(shown().pixel(100, 54)), QColor(0xC0, 0xC0, 0xC0));  // its border
-        QCOMPARE(QColor(shown().pixel(100, 50)), QColor(surface.pixel(100, 50)));  // corner: the surface
-        // The lost puck's look: a dark red rounded square; hidden, it leaves the surface.
-        puck.Shape = kShapeRoundedSquare;
-        puck.FillColor = kExplodedRed;
-        QCOMPARE(QColor(shown().pixel(104, 54)), QColor(0xC0, 0, 0));
-        puck.Visible = kFalse;
-        QCOMPARE(shown().pixel(104, 54), surface.pixel(104, 54));
-        // The controls follow their models (what the game paints reaching the screen is the
-        // paddle's test).
-        game.cmdDrop.Visible = kTrue;
-        game.cmdDrop.Left = 30;
-        shown();
-        QVERIFY(field.cmdDrop->isVisible());
-        QCOMPARE(field.cmdDrop->x(), 30);
-        for (const QString& message : {QStringLiteral("Insert Coin"), QStringLiteral("You Win !!")})  // never cut off
-            QVERIFY(QFontMetrics(field.Label7->font()).horizontalAdvance(message) < field.Label7->width());
-    }
-
     // A pointer move paints the paddle at once (not black) and leaves showing it to the next
     // tick; with no tick running it is still on screen within one tick's time.
     void paddleShownWithinATickWithoutTicks() {
@@ -207,6 +118,8 @@ private slots:
         Gorvane& game = app.program().gorvane();
         QWidget* canvas = field.canvas();
         QTRY_VERIFY(canvas->isVisible());
+        // The drawing area is the playfield's inside, and the surface matches it.
+        QCOMPARE(app.surface().image().size(), QSize(int(field.scaleWidth()), int(field.scaleHeight())));
         field.cmdPlay->click();
         game.Lives = 100;  // no game over and no dialog
         for (int tick = 0; tick < 600; ++tick) {
@@ -228,28 +141,17 @@ private slots:
     }
 
     // Stored as typed is the rules', Enter and OK clicked end to end; here the focus, the
-    // score shown, and the last name offered again and taken by Tab and Space. The pauses
-    // let the moved focus repaint, which must not pull the focus back.
-    void highscoreEntryTakesTheNameByEnterOrTabAndSpace() {
+    // score shown, and the name taken by Tab and Space. The pause lets the moved focus
+    // repaint, which must not pull the focus back.
+    void highscoreEntryTakesTheNameByTabAndSpace() {
         QuietApp app;
         app.program().mod.Score = 5000;
-        QString shownScore, previous;
+        QString shown;
         whenModal([&](QWidget* w) {
             auto* dialog = static_cast<FrmHighscore*>(w);
-            QCOMPARE(dialog->windowTitle(), QStringLiteral("Congrats!"));
             QTRY_VERIFY(dialog->txtHighscorer->hasFocus());  // moved there by the paint
-            shownScore = dialog->lblHighscore->text();
-            QTest::keyClicks(dialog->txtHighscorer, QStringLiteral("Ann "));
-            QTest::keyClick(dialog->txtHighscorer, Qt::Key_Return);
-        });
-        app.showHighscoreDialog();
-        QCOMPARE(shownScore, QStringLiteral("5000"));
-        QCOMPARE(QtSettingsStore().read("Gorvane", "Highscorer", ""), std::string("Ann "));
-        emptySettings();
-        whenModal([&](QWidget* w) {
-            auto* dialog = static_cast<FrmHighscore*>(w);
-            QTest::qWait(60);
-            previous = dialog->txtHighscorer->text();
+            shown = dialog->windowTitle() + "|" + dialog->lblHighscore->text();
+            QTest::keyClicks(dialog->txtHighscorer, QStringLiteral("Bo b"));
             QTest::keyClick(dialog->txtHighscorer, Qt::Key_Tab);
             QTest::qWait(60);
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
@@ -258,8 +160,8 @@ private slots:
         guard.callOnTimeout([&app] { app.frmHighscore().hide(); });
         guard.start(3000);
         app.showHighscoreDialog();
-        QCOMPARE(previous, QStringLiteral("Ann "));
-        QCOMPARE(QtSettingsStore().read("Gorvane", "Highscorer", ""), std::string("Ann "));
+        QCOMPARE(shown, QStringLiteral("Congrats!|5000"));
+        QCOMPARE(QtSettingsStore().read("Gorvane", "Highscorer", ""), std::string("Bo b"));
     }
 
     // Also run at 1.5x and 2x. Which figure a press counts on is the rules' (in twips), the
@@ -274,8 +176,6 @@ private slots:
         whenModal([&](QWidget* w) {
             auto* help = static_cast<FrmHelp*>(w);
             place = help->pos();
-            QCOMPARE(nextTab(help->cmdTips), help->cmdClose);
-            QCOMPARE(nextTab(help->cmdClose), help->txtHelp);
             QWidget* club = help->pictures.at(HelpObject::Club);
             const auto says = [](HelpObject o) { return QString::fromLatin1(HelpRules::DescriptionOf(o)); };
             const struct { QWidget* on; Qt::MouseButton button; QPoint at; QString says; } presses[] = {
@@ -289,8 +189,6 @@ private slots:
                 QTest::mousePress(p.on, p.button, {}, p.at);
                 QCOMPARE(help->helpText(), p.says);
             }
-            QTest::mouseClick(help->pictures.at(HelpObject::Paddle), Qt::LeftButton, {}, QPoint(3, 2));  // a click, not a press
-            QCOMPARE(help->helpText(), says(HelpObject::Paddle));
             helpOutside = textsOutsideTheirBoxes(help);
             help->cmdTips->click();
             QVERIFY(help->txtHelp->toPlainText().endsWith(QStringLiteral("level 9 to win the game.")));
@@ -306,68 +204,8 @@ private slots:
         QCOMPARE(tipsScroll, 0);  // the tips fit the box
     }
 
-    // A save that cannot happen says so once a run, in plain words with the place and the
-    // reason; the next saves are tried again without another message.
-    void failedSaveIsToldOnce() {
-        QTemporaryDir config;
-        const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
-        qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
-        QFile blocker(config.filePath(QStringLiteral("Quillop")));  // a file where the folder should be
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        blocker.close();
-        auto told = std::make_shared<QStringList>();
-        auto answering = std::make_shared<bool>(true);
-        answerModals([told, answering](QWidget* modal) {
-            if (!*answering) return false;
-            if (auto* help = dynamic_cast<FrmHelp*>(modal)) help->cmdClose->click();
-            if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-                *told << box->text();
-                box->button(QMessageBox::Ok)->click();
-            }
-            return true;
-        });
-        {
-            QuietApp app;
-            app.openHelp();  // its close saves its place
-            app.frmMDI().close();
-        }
-        QTest::qWait(50);
-        *answering = false;
-        qputenv("XDG_CONFIG_HOME", saved);
-        QCOMPARE(told->size(), 1);
-        QVERIFY2(told->at(0).contains(config.filePath(QStringLiteral("Quillop"))) && told->at(0).contains("Not a directory"),
-                 qPrintable(told->at(0)));
-    }
-
-    void aboutBoxIsModelessAndSingle() {
-        QuietApp app;
-        app.openAbout();
-        QPointer<FrmAbout> about = app.frmAbout();
-        QVERIFY(about && about->isVisible() && !about->isModal());
-        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version ") + QLatin1String(kVersion));
-        QVERIFY(about->lblDisclaimer->text().contains(QStringLiteral("GPL, version 3 or later")));
-        QCOMPARE(nextTab(about->cmdOK), about->cmdSysInfo);
-        QVERIFY(about->cmdOK->isDefault());
-        app.openAbout();
-        QCOMPARE(app.frmAbout(), about.data());
-        if (FrmAbout::systemInfoTool().isEmpty()) {
-            QString text;
-            whenModal([&](QWidget* w) {
-                auto* box = qobject_cast<QMessageBox*>(w);
-                text = box->windowTitle() + "|" + box->text();
-                box->button(QMessageBox::Ok)->click();
-            });
-            about->cmdSysInfo->click();
-            QCOMPARE(text, QStringLiteral("Quillop|") + QString::fromLatin1(FrmAbout::unavailableText()));
-            QVERIFY(about->isVisible());
-        }
-        about->cmdOK->click();
-        QTRY_VERIFY(about.isNull());  // unloaded
-        app.openAbout();
-        QVERIFY(app.frmAbout());
-    }
-
-    // Also run at 1.5x and 2x. Captions stand apart from their values.
+    // Also run at 1.5x and 2x. Captions stand apart from their values; the playfield's
+    // messages fit their label. The about box is single, and unloaded by OK.
     void everyTextSitsInItsBox() {
         QuietApp app;
         FrmScore& panel = app.frmScore();
@@ -380,32 +218,21 @@ private slots:
         for (const auto& [caption, value] : pairs)
             QVERIFY2(caption->x() + caption->fontMetrics().horizontalAdvance(caption->text()) + 4 <= value->x(),
                      qPrintable(caption->text()));
-    }
-
-    // Also run at 1.5x and 2x: a picture is shown in blocks of its own pixels, no colour added.
-    void picturesScaleWithoutSmoothing() {
-        QuietApp app;
+        const QLabel* messages = app.frmGorvane().Label7;
+        for (const QString& text : {QStringLiteral("Insert Coin"), QStringLiteral("You Win !!")})
+            QVERIFY(messages->fontMetrics().horizontalAdvance(text) < messages->width());
+        QPointer<FrmAbout> about = app.frmAbout();
         app.openAbout();
-        const auto colours = [](const QImage& image) {
-            QSet<QRgb> seen;
-            const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
-            for (int y = 0; y < rgb.height(); ++y)
-                for (int x = 0; x < rgb.width(); ++x) seen.insert(rgb.pixel(x, y));
-            return seen.size();
-        };
-        const QImage source(QString::fromLatin1(assets::kAboutPicture));
-        const QImage shown = app.frmAbout()->picIcon->grab().toImage();
-        QCOMPARE(shown.size(), source.size() * app.frmAbout()->devicePixelRatioF());
-        QCOMPARE(colours(shown), colours(source));
+        QCOMPARE(app.frmAbout(), about.data());
+        about->cmdOK->click();
+        QTRY_VERIFY(about.isNull());
     }
 
     // A counter that overflows in a tick is a bug: the game stops with a message instead of
     // the exception escaping the timer's event (which ends the process at once). Last, as
     // the program then ends its event loops.
     void failingRuleStopsTheGameWithAMessage() {
-        QuillopApp::Options options = quiet();
-        options.timer = true;
-        QuietApp app(options);
+        QuietApp app(true);  // ticking
         app.frmGorvane().cmdPlay->click();
         app.program().gorvane().SeekerTimer = 32767;  // the next tick counts past an Integer
         QString box, text;
