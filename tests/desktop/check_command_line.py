@@ -1,41 +1,25 @@
 #!/usr/bin/env python3
 # Quillop2 --help and --version answer on a terminal without a display, and an unknown
-# option is refused.
+# option is refused with a message.
 #
 # usage: check_command_line.py PATH/TO/Quillop2 VERSION
 import os
+import re
 import subprocess
 import sys
 
 game, version = sys.argv[1:3]
-failures = []
-
-
-def check(ok, what):
-    print(("ok   - " if ok else "FAIL - ") + what)
-    if not ok:
-        failures.append(what)
-
-
-def run(*args, **env):
-    # No display of any kind: a program that tried to open a window would fail here.
-    clean = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "WAYLAND_DISPLAY")}
-    clean["QT_QPA_PLATFORM"] = "xcb"
-    clean.update(env)
-    return subprocess.run([game, *args], env=clean, capture_output=True, text=True, timeout=10)
-
-
-shown = run("--help")
-check(shown.returncode == 0 and shown.stdout.startswith("Usage: Quillop2 [options]\n"),
-      "--help prints the usage and exits 0 without a display (exit %d, %r)"
-      % (shown.returncode, (shown.stdout or shown.stderr)[:120]))
-answer = run("--version")
-check(answer.returncode == 0 and answer.stdout == "Quillop %s\n" % version,
-      "--version prints 'Quillop %s' and exits 0 without a display (got %r, exit %d)"
-      % (version, answer.stdout or answer.stderr[:120], answer.returncode))
-
-refused = run("--frobnicate", QT_QPA_PLATFORM="offscreen")
-check(refused.returncode == 2 and "Unknown option 'frobnicate'" in refused.stderr,
-      "an unknown option is refused with a message (exit %d, %r)" % (refused.returncode, refused.stderr[-160:]))
-
+# No display of any kind: a program that tried to open a window would fail here.
+no_display = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "WAYLAND_DISPLAY")}
+failures = 0
+# the option, the platform plugin asked for, the exit status, and what stdout (on success)
+# or stderr matches from its start
+for option, platform, status, says in (("--help", "xcb", 0, r"Usage: Quillop2 \[options\]\n"),
+                                       ("--version", "xcb", 0, r"Quillop %s\n\Z" % re.escape(version)),
+                                       ("--frobnicate", "offscreen", 2, r"(?s).*Unknown option 'frobnicate'")):
+    run = subprocess.run([game, option], env=dict(no_display, QT_QPA_PLATFORM=platform),
+                         capture_output=True, text=True, timeout=10)
+    ok = run.returncode == status and re.match(says, run.stdout if status == 0 else run.stderr)
+    print("%s - %s: exit %d, %r" % ("ok  " if ok else "FAIL", option, run.returncode, (run.stdout or run.stderr)[:160]))
+    failures += not ok
 sys.exit(1 if failures else 0)

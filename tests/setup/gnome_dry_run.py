@@ -83,10 +83,7 @@ def gnome_audio_database(admindir):
 
 
 def setup(admindir, *args, server=None):
-    env = dict(os.environ, QUILLOP_DPKG_ADMINDIR=admindir, LC_ALL="C")
-    env.pop("QUILLOP_SOUND_SERVER", None)
-    if server:
-        env["QUILLOP_SOUND_SERVER"] = server
+    env = dict(os.environ, QUILLOP_DPKG_ADMINDIR=admindir, LC_ALL="C", QUILLOP_SOUND_SERVER=server or "")
     out = subprocess.run(["sh", SETUP, "--dry-run", *args], capture_output=True, text=True, env=env)
     return out.returncode, out.stdout + out.stderr
 

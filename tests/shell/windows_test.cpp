@@ -1,9 +1,8 @@
-// The windows: the frame's pixels and placement, the question boxes, the score panel, what
-// the playfield shows, the high-score entry, the help window and the about box. Which rule
+// The windows: the frame's placement, what the playfield shows, the high-score entry, the
+// help window, the texts in their boxes and a rule's failure. Which rule
 // a window follows is tested headless (tests/core); what the window manager and the pointer
 // do, end to end (tests/e2e). Here, what only the widgets show.
 #include <QBackingStore>
-#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
