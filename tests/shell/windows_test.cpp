@@ -1,7 +1,7 @@
 // The windows: the frame's placement, what the playfield shows, the high-score entry, the
-// help window, the texts in their boxes and a rule's failure. Which rule
-// a window follows is tested headless (tests/core); what the window manager and the pointer
-// do, end to end (tests/e2e). Here, what only the widgets show.
+// help window, the texts in their boxes and a rule's failure. Which rule a window follows
+// is tested headless (tests/core); what the window manager and the pointer do, end to end
+// (tests/e2e). Here, what only the widgets show.
 #include <QBackingStore>
 #include <QMessageBox>
 #include <QPushButton>
