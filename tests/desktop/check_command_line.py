@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-# Quillop2 --help and --version answer on a terminal without a display, and an unknown
-# option is refused with a message.
+# Quillop2 --help and --version answer on a terminal without a display, an unknown option
+# is refused with a message, and the manual page lists the options --help lists.
 #
-# usage: check_command_line.py PATH/TO/Quillop2 VERSION
+# usage: check_command_line.py PATH/TO/Quillop2 VERSION PATH/TO/Quillop2.6
 import os
 import re
 import subprocess
 import sys
 
-game, version = sys.argv[1:3]
+game, version, manpage = sys.argv[1:4]
 # No display of any kind: a program that tried to open a window would fail here.
 no_display = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "WAYLAND_DISPLAY")}
 failures = 0
@@ -22,4 +22,14 @@ for option, platform, status, says in (("--help", "xcb", 0, r"Usage: Quillop2 \[
     ok = run.returncode == status and re.match(says, run.stdout if status == 0 else run.stderr)
     print("%s - %s: exit %d, %r" % ("ok  " if ok else "FAIL", option, run.returncode, (run.stdout or run.stderr)[:160]))
     failures += not ok
-sys.exit(1 if failures else 0)
+
+
+def long_options(text):
+    return set(re.findall(r"--[a-z][a-z-]*", text.replace("\\-", "-")))
+
+
+helped = long_options(subprocess.run([game, "--help"], env=no_display, capture_output=True, text=True).stdout)
+man = open(manpage, encoding="utf-8").read().split(".SH OPTIONS", 1)[1].split("\n.SH ", 1)[0]
+in_step = helped == long_options(man) and len(helped) >= 4
+print("%s - the manual page's options are --help's: %s" % ("ok  " if in_step else "FAIL", sorted(helped)))
+sys.exit(1 if failures or not in_step else 0)

@@ -14,6 +14,7 @@
 #include "shell/frm_help.h"
 #include "shell/game_application.h"
 #include "shell/on_screen.h"
+#include "shell/version.h"
 #include "shell_rig.h"
 
 using namespace quillop;
@@ -204,7 +205,8 @@ private slots:
     }
 
     // Also run at 1.5x and 2x. Captions stand apart from their values; the playfield's
-    // messages fit their label. The about box is single, and unloaded by OK.
+    // messages fit their label. The about box is single, shows the version and the licence,
+    // and is unloaded by OK.
     void everyTextSitsInItsBox() {
         QuietApp app;
         FrmScore& panel = app.frmScore();
@@ -223,6 +225,9 @@ private slots:
         QPointer<FrmAbout> about = app.frmAbout();
         app.openAbout();
         QCOMPARE(app.frmAbout(), about.data());
+        // The one version, and the licence the package declares.
+        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version ") + QLatin1String(kVersion));
+        QVERIFY(about->lblDisclaimer->text().contains(QStringLiteral("GPL, version 3 or later")));
         about->cmdOK->click();
         QTRY_VERIFY(about.isNull());
     }
