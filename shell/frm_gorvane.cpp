@@ -169,15 +169,17 @@ FrmGorvane::FrmGorvane(QWidget* parent, ImageSurface& surface) : QWidget(parent)
     Label7 = new MessageLabel(QStringLiteral("Insert Coin"), canvas_);
     Label7->setObjectName(QStringLiteral("Label7"));
     Label7->setGeometry(twipsRect(360, 3120, 2535, 495));
-    // "Small Fonts" was a narrow face; our stand-in is wider, so it is shrunk until the
-    // longer of the label's two messages fits the label, as the original's did.
+    // "Small Fonts" was a narrow face; our stand-in is wider and taller, so it is shrunk until
+    // both of the label's messages fit the label, across and down, as the original's did.
     QFont messageFont = classicFont(24, true, "Small Fonts");
     for (double points = 24; points > 8; points -= 0.5) {
         messageFont.setPointSizeF(points);
         const QFontMetrics metrics(messageFont);
-        if (std::max(metrics.horizontalAdvance(QStringLiteral("Insert Coin")),
-                     metrics.horizontalAdvance(QStringLiteral("You Win !!"))) < Label7->width())
-            break;
+        auto fits = [&](const QString& text) {
+            return metrics.horizontalAdvance(text) < Label7->width() &&
+                   metrics.ascent() + metrics.boundingRect(text).bottom() < Label7->height();
+        };
+        if (fits(QStringLiteral("Insert Coin")) && fits(QStringLiteral("You Win !!"))) break;
     }
     Label7->setFont(messageFont);
     QPalette orange = Label7->palette();

@@ -220,8 +220,10 @@ private slots:
             QVERIFY2(caption->x() + caption->fontMetrics().horizontalAdvance(caption->text()) + 4 <= value->x(),
                      qPrintable(caption->text()));
         const QLabel* messages = app.frmGorvane().Label7;
+        const QFontMetrics metrics = messages->fontMetrics();  // the label is aligned to its top
         for (const QString& text : {QStringLiteral("Insert Coin"), QStringLiteral("You Win !!")})
-            QVERIFY(messages->fontMetrics().horizontalAdvance(text) < messages->width());
+            QVERIFY(metrics.horizontalAdvance(text) < messages->width() &&
+                    metrics.ascent() + metrics.boundingRect(text).bottom() < messages->height());
         QPointer<FrmAbout> about = app.frmAbout();
         app.openAbout();
         QCOMPARE(app.frmAbout(), about.data());
