@@ -155,9 +155,7 @@ conf_get() { # conf_get SECTION KEY -> the value in the settings file, or nothin
 }
 
 conf_is() { # conf_is SECTION KEY VALUE
-    local v
-    v=$(conf_get "$1" "$2")
-    [ "$v" = "$3" ] || { log "  [$1] $2 = '$v', want '$3'"; return 1; }
+    [ "$(conf_get "$1" "$2")" = "$3" ] || { log "  [$1] $2 = '$(conf_get "$1" "$2")', want '$3'"; return 1; }
 }
 
 within() { # within TOLERANCE VALUE A [B]: VALUE is a number within TOLERANCE of A or of B
@@ -177,7 +175,7 @@ e2e_menu() {
 # PX PY and the black playfield round it, PFX PFY PFW PFH
 e2e_find_play() {
     SHOT=$(e2e_shot "$1")
-    read -r PX PY _ _ PFX PFY PFW PFH < <($PIX play "$SHOT" "$FX,$FY,$FW,$FH" $((FX + FW / 2)) $((FY + FH / 2))) ||
+    read -r PX PY PFX PFY PFW PFH < <($PIX play "$SHOT" "$FX,$FY,$FW,$FH" $((FX + FW / 2)) $((FY + FH / 2))) ||
         die "no Play button (see $SHOT)"
     log "Play at $PX,$PY; playfield ${PFW}x${PFH} at $PFX,$PFY"
 }

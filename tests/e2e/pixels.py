@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-# Reads screenshots (ImageMagick turns a PNG into raw RGB or connected components) and the
-# live screen for the end-to-end scripts. Rectangles are X,Y,W,H in screen pixels.
+# Reads screenshots (through ImageMagick's connected components) and the live screen for the
+# end-to-end scripts. Rectangles are X,Y,W,H in screen pixels.
 #
 #   play SHOT RECT X Y        the lit block (a push button) nearest X,Y and the black playfield
-#                             round it: "X Y W H FX FY FW FH", the button's centre and size, the field
+#                             round it: "X Y FX FY FW FH", the button's centre and the field
 #   waitlit X Y SECONDS       polls the live screen until X,Y is not black; prints when (ns)
 #   changes RECT SECONDS      polls the live screen: "CHANGES GRABS", each a second
 
@@ -18,38 +18,27 @@ CONVERT = os.environ.get("CONVERT", "convert")
 
 
 def play(shot, rect, tx, ty):
-    # the lit parts as ImageMagick's connected components: "ID: WxH+X+Y CENTROID AREA COLOUR"
+    # the lit and the dark parts as ImageMagick's connected components: "ID: WxH+X+Y CENTROID AREA COLOUR"
     x, y, w, h = rect
     out = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-grayscale", "Average",
                           "-threshold", "11.8%", "-define", "connected-components:verbose=true",
                           "-connected-components", "4", "null:"], check=True, stdout=subprocess.PIPE, text=True)
-    blocks = []
+    buttons, fields = [], []
     for f in (line.split() for line in out.stdout.splitlines()[1:]):
-        bw, bh, bx, by = (int(v) for v in re.split("[x+]", f[1]))
-        # a push button: a solid block some tens of pixels across
-        if f[-1] == "gray(255)" and 40 <= bw <= 300 and 15 <= bh <= 100 and int(f[3]) >= 0.6 * bw * bh:
-            cx, cy = x + bx + bw // 2, y + by + bh // 2
-            blocks.append(((cx - tx) ** 2 + (cy - ty) ** 2, cx, cy, bw, bh))
-    if not blocks:
+        pw, ph, px, py = (int(v) for v in re.split("[x+]", f[1]))
+        area, left, top = int(f[3]), x + px, y + py
+        # a push button: a solid lit block some tens of pixels across
+        if f[-1] == "gray(255)" and 40 <= pw <= 300 and 15 <= ph <= 100 and area >= 0.6 * pw * ph:
+            cx, cy = left + pw // 2, top + ph // 2
+            buttons.append(((cx - tx) ** 2 + (cy - ty) ** 2, cx, cy))
+        elif f[-1] == "gray(0)":
+            fields.append((area, left, top, pw, ph))
+    if not buttons:
         return 1
-    _, cx, cy, bw, bh = min(blocks)
-    print(cx, cy, bw, bh, *field(shot, cx, cy, bh))
-
-
-def field(shot, x, y, bh):
-    w, d = 1280, subprocess.run([CONVERT, shot, "-depth", "8", "rgb:-"], check=True, stdout=subprocess.PIPE).stdout
-    dark = lambda px, py: sum(d[3 * (py * w + px):3 * (py * w + px) + 3]) < 60
-    # up from just above the button; sideways a little higher, clear of the pods parked on
-    # the left edge at half height; the button is centred, so the field reaches as far below
-    top, row = y - bh // 2 - 3, y - bh // 2 - 12
-    while top > 0 and dark(x, top - 1):
-        top -= 1
-    left = right = x
-    while left > 0 and dark(left - 1, row):
-        left -= 1
-    while right + 1 < w and dark(right + 1, row):
-        right += 1
-    return left, top, right - left + 1, 2 * (y - top)
+    _, cx, cy = min(buttons)
+    # the playfield: the largest dark part round the button
+    field = max(f for f in fields if f[1] <= cx < f[1] + f[3] and f[2] <= cy < f[2] + f[4])
+    print(cx, cy, *field[1:])
 
 
 def screen():

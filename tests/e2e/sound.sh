@@ -17,7 +17,6 @@ e2e_init sound "$1" "${2:-}"
 # Worst delay allowed from a sound asked for to its being heard (the recorder's own few
 # milliseconds included); the budget is 30 ms, the rest is room for a loaded test machine.
 MAX_DELAY_MS=45
-ROUNDS=${QUILLOP_SOUND_ROUNDS:-1}
 # start_sound_server NAME: a private sound server with a null sink "e2e" as the default, the
 # one installed: PulseAudio first, else PipeWire with its PulseAudio service (and WirePlumber,
 # which wants a session bus: it gets one of its own); the sink's monitor recorded into
@@ -98,7 +97,7 @@ read -r peak ms < <($PYTHON "$E2E_DIR/onsets.py" heard "$SINK_RAW" "$T" "$(date 
 check "start-up sets off a sound (peak $peak, $ms ms)" test "$peak" -ge 1000 -a "$ms" -ge 30
 sleep 2.1
 check "the stream is paused after a few seconds without a sound" test "$(our_streams)" = yes
-for k in $(seq "$ROUNDS"); do
+for k in $(seq "${QUILLOP_SOUND_ROUNDS:-1}"); do
     [ "$k" = 1 ] || sleep 4
     about_box_heard "at rest" "the stream at rest"
     sleep 0.3
