@@ -70,7 +70,7 @@ e2e_cleanup() {
         wait "${E2E_PIDS[i]}" 2>/dev/null
     done
     cp "$CONF" "$WORK/game.log" "$ART/" 2>/dev/null
-    [ -n "${KEEP_WORK:-}" ] || rm -rf "$WORK"
+    rm -rf "$WORK"
     if [ $rc -eq 0 ] && [ "$E2E_FAILS" -gt 0 ]; then rc=1; fi
     log "done: $E2E_FAILS failed check(s), exit $rc"
     exit $rc
@@ -114,15 +114,14 @@ e2e_wait_gone() { # e2e_wait_gone WINDOW [SECONDS]
     wait_for "${2:-10}" eval "! xwininfo -id $1 2>/dev/null | grep -q IsViewable"
 }
 
-# The frame window with the high-score caption, activated; sets FRAME, its client area
-# FX FY FW FH and CLIENT ("x,y,w,h" for pixels.py).
+# The frame window with the high-score caption, activated; sets FRAME and its client area
+# FX FY FW FH.
 e2e_find_frame() {
     FRAME=$(e2e_wait_window '^Quillop High Score by ' 20) || die "no frame with the high-score caption"
     sleep 1
     xdotool windowactivate --sync "$FRAME" >/dev/null
     e2e_geometry "$FRAME"
     FX=$WX FY=$WY FW=$WW FH=$WH
-    CLIENT="$FX,$FY,$FW,$FH"
 }
 
 # Client-area geometry of a window: sets WX WY WW WH (absolute, pixels) and the frame
@@ -133,16 +132,14 @@ e2e_geometry() {
     read -r FL FR FT FB < <(xprop -id "$1" _NET_FRAME_EXTENTS | sed -n 's/.*= *//p' | tr -d ','; echo 0 0 0 0) || true
 }
 
-# Closes a window the way a user does: through the window manager, which sends
-# WM_DELETE_WINDOW (openbox binds alt+F4 to Close).
+# e2e_wm_close WINDOW: closed the way a user does, through the window manager, which sends
+# WM_DELETE_WINDOW (openbox binds alt+F4 to Close); fails unless the game then ends within
+# 10 s, with its status in GAME_RC
 e2e_wm_close() {
     xdotool windowactivate --sync "$1" >/dev/null 2>&1 || true
     sleep 0.2
     xdotool key --clearmodifiers alt+F4
-}
-
-e2e_wait_exit() { # e2e_wait_exit SECONDS: the game process ended, with status GAME_RC
-    wait_for "${1:-10}" eval '! kill -0 "$GAME_PID" 2>/dev/null' || return 1
+    wait_for 10 eval '! kill -0 "$GAME_PID" 2>/dev/null' || return 1
     wait "$GAME_PID" 2>/dev/null && GAME_RC=0 || GAME_RC=$?
     GAME_PID=""
 }
@@ -158,9 +155,7 @@ conf_get() { # conf_get SECTION KEY -> the value in the settings file, or nothin
 }
 
 conf_is() { # conf_is SECTION KEY VALUE
-    local v
-    v=$(conf_get "$1" "$2")
-    [ "$v" = "$3" ] || { log "  [$1] $2 = '$v', want '$3'"; return 1; }
+    [ "$(conf_get "$1" "$2")" = "$3" ] || { log "  [$1] $2 = '$(conf_get "$1" "$2")', want '$3'"; return 1; }
 }
 
 within() { # within TOLERANCE VALUE A [B]: VALUE is a number within TOLERANCE of A or of B
@@ -169,51 +164,18 @@ within() { # within TOLERANCE VALUE A [B]: VALUE is a number within TOLERANCE of
         { log "  '$2' is not within $1 of $3${4:+ or $4}"; return 1; }
 }
 
-# conf_either SECTION KEY A B: the stored number is within 45 twips (3 px) of A or of B,
-# a placement read either as the outer frame or as the client area
-conf_either() { within 45 "$(conf_get "$1" "$2")" "$3" "$4" || { log "  ([$1] $2)"; return 1; }; }
-
-# A private sound server with a null sink "e2e" as the default: the one installed, PulseAudio
-# first, else PipeWire with its PulseAudio service (and WirePlumber, which wants a session
-# bus: it gets one of its own). QUILLOP_E2E_SOUND_SERVER=pipewire|pulseaudio picks one.
-e2e_start_sound_server() {
-    SOUND_SERVER=${QUILLOP_E2E_SOUND_SERVER:-$(command -v pulseaudio >/dev/null && echo pulseaudio || echo pipewire)}
-    if [ "$SOUND_SERVER" = pulseaudio ]; then
-        # as root, pulseaudio refuses nothing once told not to read the system config (-n)
-        # and loads only what is named
-        pulseaudio --daemon -n --exit-idle-time=-1 --disallow-exit --log-target=file:"$WORK/pulseaudio.log" \
-            --load=module-native-protocol-unix --load="module-null-sink sink_name=e2e" \
-            || die "pulseaudio did not start: $(tail -5 "$WORK/pulseaudio.log" 2>/dev/null)"
-        PULSE_STARTED=1
-    else
-        local bus=unix:path=$XDG_RUNTIME_DIR/bus prog
-        command -v pipewire-pulse >/dev/null && command -v wireplumber >/dev/null \
-            || die "no sound server to start: pipewire-pulse and wireplumber are not installed (nor pulseaudio)"
-        if [ -z "${PW_BUS_PID:-}" ]; then
-            dbus-daemon --session --address="$bus" --nofork --nopidfile >>"$WORK/dbus.log" 2>&1 &
-            PW_BUS_PID=$!
-            E2E_PIDS+=($PW_BUS_PID)
-            wait_for 5 test -S "$XDG_RUNTIME_DIR/bus" || true
-        fi
-        PW_PIDS=()
-        for prog in pipewire wireplumber pipewire-pulse; do
-            DBUS_SESSION_BUS_ADDRESS=$bus $prog >>"$WORK/$prog.log" 2>&1 &
-            PW_PIDS+=($!)
-            E2E_PIDS+=($!)
-            [ $prog != pipewire ] || sleep 0.3
-        done
-        wait_for 5 eval 'pactl info >/dev/null 2>&1' || true
-        # the service may answer before the graph is ready for a new sink
-        wait_for 5 eval 'pactl load-module module-null-sink sink_name=e2e >/dev/null 2>&1' || true
-    fi
-    wait_for 5 eval 'pactl set-default-sink e2e 2>/dev/null' || true
-    pactl info | grep -q 'Default Sink: e2e$' || die "no null sink: $(tail -5 "$WORK/$SOUND_SERVER"*.log)"
-    log "$SOUND_SERVER up: $(pactl info | grep -E 'Server Name|Default Sink' | tr '\n' ' ')"
+# e2e_menu MENU ITEM: a menu item of the frame chosen with the keyboard, by the letters
+# underlined in the menu's and the item's names
+e2e_menu() {
+    xdotool windowactivate --sync "$FRAME" >/dev/null; sleep 0.2
+    xdotool key --clearmodifiers "alt+$1"; sleep 0.4; xdotool key "$2"
 }
 
-# Kills the sound server the way a crash or a restart by the user does.
-e2e_stop_sound_server() {
-    if [ "$SOUND_SERVER" = pulseaudio ]; then pulseaudio --kill; else kill -9 "${PW_PIDS[@]}" 2>/dev/null || true; fi
-    wait_for 5 eval '! pactl info >/dev/null 2>&1' || true
-    log "$SOUND_SERVER stopped"
+# e2e_find_play NAME: on a new screenshot NAME (its path in SHOT), the Play button's centre
+# PX PY and the black playfield round it, PFX PFY PFW PFH
+e2e_find_play() {
+    SHOT=$(e2e_shot "$1")
+    read -r PX PY PFX PFY PFW PFH < <($PIX play "$SHOT" "$FX,$FY,$FW,$FH" $((FX + FW / 2)) $((FY + FH / 2))) ||
+        die "no Play button (see $SHOT)"
+    log "Play at $PX,$PY; playfield ${PFW}x${PFH} at $PFX,$PFY"
 }

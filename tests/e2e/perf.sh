@@ -32,13 +32,12 @@ for run in $(seq "$RUNS"); do
     seen=$($PIX waitlit $((WX + 227)) $((WY + 210)) 10) || die "the Play button never showed at $((WX + 227)),$((WY + 210))"
     DRAWN+=("$(( (seen - GAME_T0) / 1000000 ))")
     log "launch $run: mapped ${MAPPED[-1]} ms, Play drawn ${DRAWN[-1]} ms"
-    if [ "$run" -lt "$RUNS" ]; then e2e_wm_close "$FRAME"; e2e_wait_exit 10 || die "no exit"; fi
+    if [ "$run" -lt "$RUNS" ]; then e2e_wm_close "$FRAME" || die "no exit"; fi
 done
 
 # --- a game of PLAY_S seconds ----------------------------------------------
-sleep 1
-S=$(e2e_shot ready)
-read -r PX PY _ < <($PIX button "$S" "$WX,$WY,$WW,$WH" $((WX + 227)) $((WY + 210))) || die "no Play button"
+e2e_find_frame
+e2e_find_play ready
 XPID=${E2E_PIDS[0]}  # Xvfb
 rss_ready=$(status VmRSS)
 xdotool mousemove "$PX" "$PY" click 1 mousemove "$PX" $((PY + 110))
@@ -74,5 +73,4 @@ echo "CPU, pointer sweeping:      game $(pct $((s1 - s0)) "$sel")% of one core (
 echo "memory:                     VmRSS $((rss_ready / 1024)) MB ready, $(($(status VmRSS) / 1024)) MB playing;" \
      "VmHWM $(($(status VmHWM) / 1024)) MB; $(status Threads) threads"
 echo "field redraws:              $redraws a second (of $grabs screen polls a second; the tick pace, seen from outside)"
-e2e_wm_close "$FRAME"
-e2e_wait_exit 10 || fail "no exit after the close"
+e2e_wm_close "$FRAME" || fail "no exit after the close"

@@ -1,14 +1,11 @@
 #!/usr/bin/env python3
-# Reads screenshots for the end-to-end scripts (ImageMagick turns a PNG into raw RGB, this
-# reads the bytes). Rectangles are X,Y,W,H in screen pixels, colours RRGGBB.
+# Reads screenshots (through ImageMagick's connected components) and the live screen for the
+# end-to-end scripts. Rectangles are X,Y,W,H in screen pixels.
 #
-#   count  SHOT RECT COLOUR [TOL]   pixels within TOL (16) of COLOUR, per channel
-#   other  SHOT RECT COLOUR...      pixels matching none of the colours (tolerance 24)
-#   diff   SHOT1 SHOT2 RECT         pixels that differ
-#   button SHOT RECT X Y            the lit block (a push button) nearest X,Y: "X Y W H", its centre
-#   field  SHOT X Y BW BH           the black playfield round the centred button found so: X,Y,W,H
-#   waitlit X Y SECONDS             polls the live screen until X,Y is not black; prints when (ns)
-#   changes RECT SECONDS            polls the live screen: "CHANGES GRABS", each a second
+#   play SHOT RECT X Y        the lit block (a push button) nearest X,Y and the black playfield
+#                             round it: "X Y FX FY FW FH", the button's centre and the field
+#   waitlit X Y SECONDS       polls the live screen until X,Y is not black; prints when (ns)
+#   changes RECT SECONDS      polls the live screen: "CHANGES GRABS", each a second
 
 import ctypes
 import os
@@ -20,53 +17,28 @@ import time
 CONVERT = os.environ.get("CONVERT", "convert")
 
 
-def rgb(shot, rect):  # R, G, B bytes row by row
-    x, y, w, h = rect
-    return subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-depth", "8", "rgb:-"],
-                          check=True, stdout=subprocess.PIPE).stdout
-
-
-def pixels(shot, rect):
-    d = rgb(shot, rect)
-    return [d[i:i + 3] for i in range(0, len(d), 3)]
-
-
-def near(p, c, tol):
-    return all(abs(a - b) <= tol for a, b in zip(p, c))
-
-
-def button(shot, rect, tx, ty):
-    # the lit parts as ImageMagick's connected components: "ID: WxH+X+Y CENTROID AREA COLOUR"
+def play(shot, rect, tx, ty):
+    # the lit and the dark parts as ImageMagick's connected components: "ID: WxH+X+Y CENTROID AREA COLOUR"
     x, y, w, h = rect
     out = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-grayscale", "Average",
                           "-threshold", "11.8%", "-define", "connected-components:verbose=true",
                           "-connected-components", "4", "null:"], check=True, stdout=subprocess.PIPE, text=True)
-    blocks = []
+    buttons, fields = [], []
     for f in (line.split() for line in out.stdout.splitlines()[1:]):
-        bw, bh, bx, by = (int(v) for v in re.split("[x+]", f[1]))
-        # a push button: a solid block some tens of pixels across
-        if f[-1] == "gray(255)" and 40 <= bw <= 300 and 15 <= bh <= 100 and int(f[3]) >= 0.6 * bw * bh:
-            cx, cy = x + bx + bw // 2, y + by + bh // 2
-            blocks.append(((cx - tx) ** 2 + (cy - ty) ** 2, cx, cy, bw, bh))
-    if not blocks:
+        pw, ph, px, py = (int(v) for v in re.split("[x+]", f[1]))
+        area, left, top = int(f[3]), x + px, y + py
+        # a push button: a solid lit block some tens of pixels across
+        if f[-1] == "gray(255)" and 40 <= pw <= 300 and 15 <= ph <= 100 and area >= 0.6 * pw * ph:
+            cx, cy = left + pw // 2, top + ph // 2
+            buttons.append(((cx - tx) ** 2 + (cy - ty) ** 2, cx, cy))
+        elif f[-1] == "gray(0)":
+            fields.append((area, left, top, pw, ph))
+    if not buttons:
         return 1
-    print(*min(blocks)[1:])
-
-
-def field(shot, x, y, bh):
-    w, d = 1280, rgb(shot, (0, 0, 1280, 1024))
-    dark = lambda px, py: sum(d[3 * (py * w + px):3 * (py * w + px) + 3]) < 60
-    # up from just above the button; sideways a little higher, clear of the pods parked on
-    # the left edge at half height; the button is centred, so the field reaches as far below
-    top, row = y - bh // 2 - 3, y - bh // 2 - 12
-    while top > 0 and dark(x, top - 1):
-        top -= 1
-    left = right = x
-    while left > 0 and dark(left - 1, row):
-        left -= 1
-    while right + 1 < w and dark(right + 1, row):
-        right += 1
-    print("%d,%d,%d,%d" % (left, top, right - left + 1, 2 * (y - top)))
+    _, cx, cy = min(buttons)
+    # the playfield: the largest dark part round the button
+    field = max(f for f in fields if f[1] <= cx < f[1] + f[3] and f[2] <= cy < f[2] + f[4])
+    print(cx, cy, *field[1:])
 
 
 def screen():
@@ -110,18 +82,8 @@ def changes(rect, seconds):
 
 
 def main(cmd, *a):
-    if cmd == "count":
-        c, tol = bytes.fromhex(a[2]), int(a[3]) if len(a) > 3 else 16
-        print(sum(near(p, c, tol) for p in pixels(a[0], rect(a[1]))))
-    elif cmd == "other":
-        cs = [bytes.fromhex(c) for c in a[2:]]
-        print(sum(not any(near(p, c, 24) for c in cs) for p in pixels(a[0], rect(a[1]))))
-    elif cmd == "diff":
-        print(sum(p != q for p, q in zip(pixels(a[0], rect(a[2])), pixels(a[1], rect(a[2])))))
-    elif cmd == "button":
-        return button(a[0], rect(a[1]), int(a[2]), int(a[3]))
-    elif cmd == "field":
-        field(a[0], int(a[1]), int(a[2]), int(a[4]))
+    if cmd == "play":
+        return play(a[0], rect(a[1]), int(a[2]), int(a[3]))
     elif cmd == "waitlit":
         return wait_lit(int(a[0]), int(a[1]), float(a[2]))
     elif cmd == "changes":
