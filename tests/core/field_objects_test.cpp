@@ -7,22 +7,8 @@
 
 namespace quillop::test {
 
-namespace {
-
-struct FieldRig : Rig {
-    FieldRig() {
-        play();
-        clearField();
-        sound.played.clear();
-    }
-    // A puck resting mid-field: only the pull moves it during a tick.
-    void puckMidField() { putPuck(200, 100, 0, 0); }
-};
-
-}  // namespace
-
 TEST(Catfish, ShootsUpAPuckBelowItsTopEdgeAndSwimsRoundTheField) {
-    FieldRig rig;
+    ClearRig rig;
     Gorvane& g = rig.g;
     g.Catfish.Left = 150, g.Catfish.Top = 287.5f;
     g.Speed3 = 2;
@@ -38,7 +24,7 @@ TEST(Catfish, ShootsUpAPuckBelowItsTopEdgeAndSwimsRoundTheField) {
 }
 
 TEST(Energypod, ContactEnergizesThePuckAndSendsItBack) {
-    FieldRig rig;
+    ClearRig rig;
     Gorvane& g = rig.g;
     rig.putPuck(200, 100, 1.5, -2);
     // Centre on the puck's centre after its step, less the pod's average drift of 5.
@@ -57,9 +43,9 @@ TEST(Energypod, ContactEnergizesThePuckAndSendsItBack) {
 }
 
 TEST(Energypod, WarningAt130TicksAndTheEndAt160OnLevelOne) {
-    FieldRig rig;
+    ClearRig rig;
     Gorvane& g = rig.g;
-    rig.puckMidField();
+    rig.putPuck(200, 100, 0, 0);  // resting mid-field: only the pull moves it
     g.EnergypodSprite.Left = 200 + 4 - 24 - 5;
     g.EnergypodSprite.Top = 100 + 4 - 24;
     rig.ticks(1);
@@ -78,7 +64,7 @@ TEST(Energypod, WarningAt130TicksAndTheEndAt160OnLevelOne) {
 }
 
 TEST(Energypod, TheEndFiresSilentlyEvery201TicksWithoutEnergy) {
-    FieldRig rig;
+    ClearRig rig;
     Gorvane& g = rig.g;
     g.shapePuck.Visible = kFalse;  // nothing else touches Increment
     g.PuckInPlay = kFalse;         // and no Seeker comes
@@ -96,7 +82,7 @@ TEST(Energypod, TheEndFiresSilentlyEvery201TicksWithoutEnergy) {
 }
 
 TEST(Energypod, LeavesRightReentersLeft150LowerOrBackAtTopTen) {
-    FieldRig rig;
+    ClearRig rig;
     Gorvane& g = rig.g;
     g.EnergypodSprite.Left = 450, g.EnergypodSprite.Top = 100;
     g.Jitter = 0;
@@ -112,7 +98,7 @@ TEST(Energypod, LeavesRightReentersLeft150LowerOrBackAtTopTen) {
 }
 
 TEST(Pointspod, ContactCloaksItAndSendsThePuckOffOnADiagonal) {
-    FieldRig rig;
+    ClearRig rig;
     Gorvane& g = rig.g;
     rig.putPuck(200, 100, 3, 0);
     g.Pointspod.Active = kTrue;
@@ -126,7 +112,7 @@ TEST(Pointspod, ContactCloaksItAndSendsThePuckOffOnADiagonal) {
     EXPECT_EQ(rig.mod.Score, 1500);
     EXPECT_EQ(rig.sound.count("pointspod.wav"), 1);
 
-    FieldRig touching;  // edges that only touch are no contact
+    ClearRig touching;  // edges that only touch are no contact
     touching.putPuck(200, 100, 0, -0.5);  // the pull leaves it in place
     touching.g.Pointspod.Active = kTrue;
     touching.g.Pointspod.Left = 208, touching.g.Pointspod.Top = 90;  // exactly at the puck's right edge
@@ -135,7 +121,7 @@ TEST(Pointspod, ContactCloaksItAndSendsThePuckOffOnADiagonal) {
 }
 
 TEST(Sidestopper, StopsThePuckAndScoresOnEveryTickOfOverlap) {
-    FieldRig rig;
+    ClearRig rig;
     Gorvane& g = rig.g;
     rig.putPuck(200, 100, 4, 2);
     g.Sidestopper.Active = kTrue;

@@ -64,16 +64,6 @@ TEST(FrameArrangement, TheNormalFrameSnapsBackToItsMinimumSize) {
     EXPECT_EQ(std::make_pair(rig.window.widthT, rig.window.heightT), std::make_pair(2.0f, 2.0f));
 }
 
-TEST(FrameArrangement, MinimisingPausesTheGameAndRestoringResumesIt) {
-    FrameRig rig;
-    rig.start();
-    rig.g.cmdPlay_Click();
-    rig.frameWindow.setWindowState(kMinimized);
-    EXPECT_EQ(rig.g.Timer1.Enabled, kFalse);
-    rig.frameWindow.setWindowState(kNormal);
-    EXPECT_EQ(rig.g.Timer1.Enabled, kTrue);
-}
-
 TEST(FramePlacement, SavedNormallyThenMaximisedThenMinimised) {
     FrameRig rig;
     rig.start();

@@ -9,13 +9,8 @@ namespace quillop::test {
 
 namespace {
 
-struct KillRig : Rig {
-    KillRig() {
-        play();
-        clearField();
-        sound.played.clear();
-        g.Jitter = 0;
-    }
+struct KillRig : ClearRig {
+    KillRig() { g.Jitter = 0; }
     // An Arse sitting on mine 0: the next update kills it.
     void mineUnder(SpriteRecord& arse) {
         arse.Active = kTrue;
@@ -77,10 +72,7 @@ TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     EXPECT_EQ(g.cmdDrop.Visible, kTrue);
     EXPECT_FLOAT_EQ(g.cmdDrop.Left, (440 - 145) / 2.0f);
     EXPECT_FLOAT_EQ(g.cmdDrop.Top, (300 - 41) / 2.0f);
-    EXPECT_EQ(std::make_tuple(g.shapePuck.Visible, g.shapePuck.Top, g.shapePuck.Left),
-              std::make_tuple(kFalse, -10000.0f, 10.0f));
-    EXPECT_EQ(rig.look(), "4 8 0 192 paddle 32/0");  // a dark red rounded square
-    EXPECT_EQ(std::make_tuple(g.PuckInPlay, g.PuckDead), std::make_tuple(kFalse, kTrue));
+    EXPECT_EQ(g.PuckDead, kTrue);  // parked, a dark red rounded square: the scenario check sees that
     EXPECT_EQ(rig.mod.Score, 1000);
     rig.ticks(1);
     EXPECT_EQ(g.PuckDead, kFalse);

@@ -9,10 +9,8 @@ namespace quillop::test {
 
 namespace {
 
-struct PuckRig : Rig {
+struct PuckRig : ClearRig {
     PuckRig() {
-        play();
-        clearField();
         g.Increment = 1.2;
         g.Form_MouseMove(200, 250);  // paddle 184..216, line at 248
     }
@@ -108,14 +106,6 @@ TEST(Paddle, FromBelowThePuckIsStruckDownAndHangsUnderTheLine) {
     rig.step(300, 230, 0, -3, true);
     EXPECT_LT(rig.g.YMove, 0);
     EXPECT_EQ(rig.g.PuckBelowPaddle, kFalse);
-}
-
-TEST(PullAndDrag, ALevelPuckAcceleratesDownward) {
-    PuckRig rig;
-    rig.step(100, 100, 0, 0);
-    EXPECT_DOUBLE_EQ(rig.g.YMove, 0.5 * 0.998);
-    EXPECT_FLOAT_EQ(rig.g.shapePuck.Top, static_cast<float>(100 + 0.5 * 0.998 * 1.2));
-    EXPECT_DOUBLE_EQ(rig.g.PuckBottom, static_cast<double>(rig.g.shapePuck.Top) + 8);
 }
 
 }  // namespace quillop::test

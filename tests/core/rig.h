@@ -129,4 +129,13 @@ struct Rig {
     }
 };
 
+// A game in play with nothing on the field but the puck, and no sound played yet.
+struct ClearRig : Rig {
+    ClearRig() {
+        play();
+        clearField();
+        sound.played.clear();
+    }
+};
+
 }  // namespace quillop::test
