@@ -69,18 +69,12 @@ TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     EXPECT_EQ(std::make_tuple(frames[0], frames[5], frames[6], frames[11]),
               std::make_tuple(Pic::Explosion0, Pic::Explosion5, Pic::Explosionmask0, Pic::Explosionmask5));
     EXPECT_GE(rig.clock.pumps - pumps, 24);  // twelve waits of two passes each
-    EXPECT_EQ(g.cmdDrop.Visible, kTrue);
     EXPECT_FLOAT_EQ(g.cmdDrop.Left, (440 - 145) / 2.0f);
     EXPECT_FLOAT_EQ(g.cmdDrop.Top, (300 - 41) / 2.0f);
     EXPECT_EQ(g.PuckDead, kTrue);  // parked, a dark red rounded square: the scenario check sees that
     EXPECT_EQ(rig.mod.Score, 1000);
     rig.ticks(1);
     EXPECT_EQ(g.PuckDead, kFalse);
-
-    KillRig last;  // no Drop for the last life
-    last.g.Lives = 1;
-    last.puckHitsArse();
-    EXPECT_EQ(std::make_tuple(int(last.g.Lives), last.g.cmdDrop.Visible), std::make_tuple(0, kFalse));
 
     KillRig energized;  // an energized puck kills without loss
     energized.g.Energized = kTrue;
@@ -147,11 +141,10 @@ TEST(EndOfGame, TheLastLifeEndsTheGameExactlyOnceWithInsertCoin) {
     rig.mod.Score = rig.mod.Highscore = 5000;  // equal: no dialog
     g.Lives = 0;
     rig.ticks(3);
-    EXPECT_EQ(std::make_tuple(int(g.Lives), rig.host.lives), std::make_tuple(-1, std::string("0")));
-    EXPECT_EQ(std::make_tuple(g.Label7.Visible, g.Label7.Caption), std::make_tuple(kTrue, std::string("Insert Coin")));
+    // Insert Coin, Play, the hidden puck and the lives' count are the scenario check's; here
+    // what the trace cannot show.
+    EXPECT_EQ(rig.host.lives, "0");
     EXPECT_FLOAT_EQ(g.Label7.Top, g.cmdPlay.Top - g.Label7.Height - 10);
-    EXPECT_EQ(std::make_tuple(g.cmdPlay.Visible, g.shapePuck.Visible, rig.mod.GameOver),
-              std::make_tuple(kTrue, kFalse, kTrue));
     EXPECT_EQ(rig.sound.count("gameover.wav"), 1);
     EXPECT_EQ(rig.host.highscoreDialogs, 0);
     EXPECT_EQ(rig.host.caption, "Quillop High Score by Ormswell - 5000");
