@@ -65,6 +65,9 @@ TEST(Mines, FallFourPixelsATickDriftingAndEndBelowTheField) {
     g.MoveMines();
     EXPECT_EQ(g.Mines[0].Top, 104);
     EXPECT_FLOAT_EQ(g.Mines[0].Left, static_cast<float>(200 + r1 * 8 - r2 * 10));
+    g.Mines[0].Top = -6;  // dropped at the very top: it falls on from there
+    g.MoveMines();
+    EXPECT_EQ(g.Mines[0].Top, -2);
     // A drift that ends exactly on the left edge's line does not wrap yet.
     forceNextDraw(rig.rnd, 0.5);
     next = rig.rnd;

@@ -54,6 +54,7 @@ TEST(Energypod, WarningAt130TicksAndTheEndAt160OnLevelOne) {
     g.Pointspod.Active = kFalse;
     rig.ticks(129);
     EXPECT_EQ(g.shapePuck.FillStyle, kFillDiagonalCross);
+    EXPECT_GT(rig.surface.count(Pic::Paddle1), 100);  // the wide paddle has a picture of its own
     rig.ticks(1);
     EXPECT_EQ(rig.look(), "1 8 0 49296 paddle 64/1");  // the warning: a small yellow-green square
     rig.ticks(29);

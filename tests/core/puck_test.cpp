@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "tests/core/rig.h"
 
@@ -69,6 +70,8 @@ TEST(Walls, BouncesReverseOnlyPastTheBorder) {
 TEST(Paddle, CatchesAFastPuckOnItsLineAndKicksByTheOffsetFromItsCentre) {
     PuckRig rig;
     Gorvane& g = rig.g;
+    const Paint paddle = rig.surface.paints.back();  // drawn under the pointer, two pixels up
+    EXPECT_EQ(std::make_tuple(paddle.picture, paddle.x, paddle.y), std::make_tuple(Pic::Paddle0, 184.0f, 248.0f));
     rig.step(196, 245, 0, 12);  // bottom 253: five pixels through, centred
     EXPECT_NEAR(rig.topBeforeMove(), 240, 1e-4);
     EXPECT_DOUBLE_EQ(g.YMove, (-12 + 0.5) * 0.998);
