@@ -76,6 +76,13 @@ TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     rig.ticks(1);
     EXPECT_EQ(g.PuckDead, kFalse);
 
+    KillRig touching;  // the puck's bottom only touches the Arse's top: no contact
+    SpriteRecord& a = touching.g.ArseRowA[0];
+    a.Active = kTrue, a.Left = 100, a.Top = 100;
+    touching.putPuck(104, 92, 0, 0);
+    touching.update(a);
+    EXPECT_EQ(std::make_tuple(a.Active, int(touching.g.Lives)), std::make_tuple(kTrue, 3));
+
     KillRig energized;  // an energized puck kills without loss
     energized.g.Energized = kTrue;
     EXPECT_EQ(energized.puckHitsArse().Active, kFalse);

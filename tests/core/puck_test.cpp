@@ -106,6 +106,8 @@ TEST(Paddle, FromBelowThePuckIsStruckDownAndHangsUnderTheLine) {
     EXPECT_DOUBLE_EQ(rig.g.YMove, (3 + 0.5) * 0.998);
     EXPECT_EQ(rig.g.PuckBelowPaddle, kTrue);
     // Outside the span it passes; once its bottom is above the line it is "above" again.
+    rig.step(300, 240, 0, 0, true);  // its bottom on the line: still below
+    EXPECT_EQ(rig.g.PuckBelowPaddle, kTrue);
     rig.step(300, 230, 0, -3, true);
     EXPECT_LT(rig.g.YMove, 0);
     EXPECT_EQ(rig.g.PuckBelowPaddle, kFalse);
