@@ -9,36 +9,44 @@ namespace quillop::test {
 
 namespace {
 
-struct KillRig : Rig {
-    KillRig() {
-        play();
-        clearField();
-        sound.played.clear();
-        g.Jitter = 0;
-    }
-    // An Arse of row A sitting on mine 0: the next update kills it.
+struct KillRig : ClearRig {
+    KillRig() { g.Jitter = 0; }
+    // An Arse sitting on mine 0: the next update kills it.
     void mineUnder(SpriteRecord& arse) {
         arse.Active = kTrue;
         arse.Width = 24;  // record 8 of a row is never loaded
         arse.Height = 22;
-        arse.Left = 100;
-        arse.Top = 100;
+        arse.Left = arse.Top = 100;
         g.Mines[0].Active = kTrue;
-        g.Mines[0].Left = 110;
-        g.Mines[0].Top = 110;
+        g.Mines[0].Left = g.Mines[0].Top = 110;
+    }
+    // Arse 0 of row A on the puck, then its update.
+    SpriteRecord& puckHitsArse() {
+        SpriteRecord& a = g.ArseRowA[0];
+        a.Active = kTrue, a.Left = 100, a.Top = 100;
+        putPuck(104, 104, 1, 1);
+        update(a);
+        return a;
     }
     void update(SpriteRecord& arse, Byte kind = 0) { g.UpdateArse(arse, 0, 0, g.Speed1, g.Speed2, kind); }
 };
 
 }  // namespace
 
-TEST(Kills, AMineKillsWithoutCostingALifeAndIsUsedUp) {
+TEST(Kills, AMineKillsWithoutCostingALifeButOnlyOnOverlapAndWithALivePuck) {
     KillRig rig;
     Gorvane& g = rig.g;
-    rig.mineUnder(g.ArseRowA[3]);
-    rig.update(g.ArseRowA[3]);
-    EXPECT_EQ(g.ArseRowA[3].Active, kFalse);
-    EXPECT_EQ(g.Mines[0].Active, kFalse);
+    rig.mineUnder(g.ArseRowA[0]);
+    g.Mines[0].Left = 124;  // exactly at the arse's right edge: no contact
+    rig.update(g.ArseRowA[0]);
+    EXPECT_EQ(g.ArseRowA[0].Active, kTrue);
+    g.Mines[0].Left = 110;
+    g.PuckDead = kTrue;
+    rig.update(g.ArseRowA[0]);
+    EXPECT_EQ(g.ArseRowA[0].Active, kTrue);
+    g.PuckDead = kFalse;
+    rig.update(g.ArseRowA[0]);
+    EXPECT_EQ(std::make_tuple(g.ArseRowA[0].Active, g.Mines[0].Active), std::make_tuple(kFalse, kFalse));
     EXPECT_EQ(rig.surface.paints.back().picture, Pic::Minemask);
     EXPECT_EQ(rig.mod.Score, 1000);
     EXPECT_EQ(g.KillCount, 2);  // counted twice per ordinary kill
@@ -46,27 +54,11 @@ TEST(Kills, AMineKillsWithoutCostingALifeAndIsUsedUp) {
     EXPECT_EQ(rig.sound.played, std::vector<std::string>{"arsedeath.wav"});
 }
 
-TEST(Kills, TouchingEdgesDoNotCollideAndADeadPuckBlocksKills) {
-    KillRig rig;
-    Gorvane& g = rig.g;
-    rig.mineUnder(g.ArseRowA[0]);
-    g.Mines[0].Left = 124;  // exactly at the arse's right edge
-    rig.update(g.ArseRowA[0]);
-    EXPECT_EQ(g.ArseRowA[0].Active, kTrue);
-    g.Mines[0].Left = 110;
-    g.PuckDead = kTrue;
-    rig.update(g.ArseRowA[0]);
-    EXPECT_EQ(g.ArseRowA[0].Active, kTrue);
-}
-
 TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     KillRig rig;
     Gorvane& g = rig.g;
-    SpriteRecord& a = g.ArseRowA[0];
-    a.Active = kTrue, a.Left = 100, a.Top = 100;
-    rig.putPuck(104, 104, 1, 1);
     const int pumps = rig.clock.pumps;
-    rig.update(a);
+    rig.puckHitsArse();
     EXPECT_EQ(g.Lives, 2);
     EXPECT_EQ(rig.sound.played, (std::vector<std::string>{"arsedeath.wav", "blowup.wav"}));
     // Six frames then six erasers, centred on the puck where it was hit.
@@ -74,55 +66,27 @@ TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     for (const Paint& p : rig.surface.paints)
         if (p.x == 104 + (8 - 32) / 2.0f && p.y == 104 + (8 - 32) / 2.0f) frames.push_back(p.picture);
     ASSERT_EQ(frames.size(), 12u);
-    EXPECT_EQ(frames[0], Pic::Explosion0);
-    EXPECT_EQ(frames[5], Pic::Explosion5);
-    EXPECT_EQ(frames[6], Pic::Explosionmask0);
-    EXPECT_EQ(frames[11], Pic::Explosionmask5);
+    EXPECT_EQ(std::make_tuple(frames[0], frames[5], frames[6], frames[11]),
+              std::make_tuple(Pic::Explosion0, Pic::Explosion5, Pic::Explosionmask0, Pic::Explosionmask5));
     EXPECT_GE(rig.clock.pumps - pumps, 24);  // twelve waits of two passes each
-    EXPECT_EQ(g.cmdDrop.Visible, kTrue);
     EXPECT_FLOAT_EQ(g.cmdDrop.Left, (440 - 145) / 2.0f);
     EXPECT_FLOAT_EQ(g.cmdDrop.Top, (300 - 41) / 2.0f);
-    EXPECT_EQ(std::make_tuple(g.shapePuck.Visible, g.shapePuck.Top, g.shapePuck.Left),
-              std::make_tuple(kFalse, -10000.0f, 10.0f));
-    EXPECT_EQ(rig.look(), "4 8 0 192 paddle 32/0");  // a dark red rounded square
-    EXPECT_EQ(std::make_tuple(g.PuckInPlay, g.PuckDead), std::make_tuple(kFalse, kTrue));
+    EXPECT_EQ(g.PuckDead, kTrue);  // parked, a dark red rounded square: the scenario check sees that
     EXPECT_EQ(rig.mod.Score, 1000);
     rig.ticks(1);
     EXPECT_EQ(g.PuckDead, kFalse);
-}
 
-TEST(LostPuck, NoDropForTheLastLifeOrTheWinningKill) {
-    {
-        KillRig rig;
-        rig.g.Lives = 1;
-        SpriteRecord& a = rig.g.ArseRowA[0];
-        a.Active = kTrue, a.Left = 100, a.Top = 100;
-        rig.putPuck(104, 104, 1, 1);
-        rig.update(a);
-        EXPECT_EQ(rig.g.Lives, 0);
-        EXPECT_EQ(rig.g.cmdDrop.Visible, kFalse);
-    }
-    KillRig rig;
-    rig.g.KillCount = 154;
-    SpriteRecord& a = rig.g.ArseRowA[0];
+    KillRig touching;  // the puck's bottom only touches the Arse's top: no contact
+    SpriteRecord& a = touching.g.ArseRowA[0];
     a.Active = kTrue, a.Left = 100, a.Top = 100;
-    rig.putPuck(104, 104, 1, 1);
-    rig.update(a);
-    EXPECT_EQ(rig.g.cmdDrop.Visible, kFalse);
-    EXPECT_EQ(rig.g.Label7.Caption, "You Win !!");  // the win needs no life
-    EXPECT_EQ(rig.g.cmdPlay.Visible, kTrue);
-}
+    touching.putPuck(104, 92, 0, 0);
+    touching.update(a);
+    EXPECT_EQ(std::make_tuple(a.Active, int(touching.g.Lives)), std::make_tuple(kTrue, 3));
 
-TEST(LostPuck, AnEnergizedPuckKillsWithoutLoss) {
-    KillRig rig;
-    rig.g.Energized = kTrue;
-    SpriteRecord& a = rig.g.ArseRowA[0];
-    a.Active = kTrue, a.Left = 100, a.Top = 100;
-    rig.putPuck(104, 104, 1, 1);
-    rig.update(a);
-    EXPECT_EQ(a.Active, kFalse);
-    EXPECT_EQ(rig.g.Lives, 3);
-    EXPECT_EQ(rig.g.shapePuck.Visible, kTrue);
+    KillRig energized;  // an energized puck kills without loss
+    energized.g.Energized = kTrue;
+    EXPECT_EQ(energized.puckHitsArse().Active, kFalse);
+    EXPECT_EQ(std::make_tuple(int(energized.g.Lives), energized.g.shapePuck.Visible), std::make_tuple(3, kTrue));
 }
 
 TEST(LostPuck, TheWaitEndsAcrossMidnight) {
@@ -159,8 +123,7 @@ TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
         const float a = g.ArseRowA[0].Left, b = g.ArseRowB[0].Left, q = g.Queen.Left;
         g.UpdateFormation();
         moving += g.Queen.Left != q ? 'Q' : g.ArseRowB[0].Left != b ? 'B' : g.ArseRowA[0].Left != a ? 'A' : '-';
-        for (auto* row : {&g.ArseRowA, &g.ArseRowB})
-            for (SpriteRecord& r : *row) r.Active = kFalse;
+        rig.clearRows();
         g.Queen.Active = kFalse;
         g.Energized = kTrue;  // how long an energized puck lasts now
         g.EnergizedTicks = 0;
@@ -179,32 +142,16 @@ TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
     EXPECT_EQ(g.Lives, 3 + 8);
 }
 
-TEST(Levels, AThresholdReachedWithNoLivesLeftIsPassedForGood) {
-    KillRig rig;
-    Gorvane& g = rig.g;
-    g.KillCount = 14;
-    g.Lives = 0;
-    rig.mineUnder(g.ArseRowA[0]);
-    rig.update(g.ArseRowA[0]);
-    EXPECT_EQ(g.Level, 1);
-    EXPECT_EQ(g.KillCount, 16);
-}
-
 TEST(EndOfGame, TheLastLifeEndsTheGameExactlyOnceWithInsertCoin) {
     KillRig rig;
     Gorvane& g = rig.g;
-    rig.mod.Score = 5000;
-    rig.mod.Highscore = 5000;  // equal: no dialog
+    rig.mod.Score = rig.mod.Highscore = 5000;  // equal: no dialog
     g.Lives = 0;
     rig.ticks(3);
-    EXPECT_EQ(g.Lives, -1);
+    // Insert Coin, Play, the hidden puck and the lives' count are the scenario check's; here
+    // what the trace cannot show.
     EXPECT_EQ(rig.host.lives, "0");
-    EXPECT_EQ(g.Label7.Visible, kTrue);
-    EXPECT_EQ(g.Label7.Caption, "Insert Coin");
     EXPECT_FLOAT_EQ(g.Label7.Top, g.cmdPlay.Top - g.Label7.Height - 10);
-    EXPECT_EQ(g.cmdPlay.Visible, kTrue);
-    EXPECT_EQ(g.shapePuck.Visible, kFalse);
-    EXPECT_EQ(rig.mod.GameOver, kTrue);
     EXPECT_EQ(rig.sound.count("gameover.wav"), 1);
     EXPECT_EQ(rig.host.highscoreDialogs, 0);
     EXPECT_EQ(rig.host.caption, "Quillop High Score by Ormswell - 5000");
@@ -231,6 +178,8 @@ TEST(EndOfGame, ABetterScoreOpensTheDialogBeforeTheCaptionIsRefreshed) {
     EXPECT_EQ(rig.host.caption, "Quillop High Score by Ada - 5001");
 }
 
+// The 78th ordinary kill wins, by a mine or by the puck (which then needs no life and
+// offers no Drop).
 TEST(EndOfGame, TheSeventyEighthOrdinaryKillWins) {
     KillRig rig;
     Gorvane& g = rig.g;
@@ -245,6 +194,12 @@ TEST(EndOfGame, TheSeventyEighthOrdinaryKillWins) {
     EXPECT_EQ(rig.sound.played.back(), "goodjob.wav");
     EXPECT_EQ(rig.host.highscoreDialogs, 1);
     EXPECT_EQ(g.KillCount, 156);
+
+    KillRig byPuck;
+    byPuck.g.KillCount = 154;
+    byPuck.puckHitsArse();
+    EXPECT_EQ(std::make_tuple(byPuck.g.Label7.Caption, byPuck.g.cmdPlay.Visible, byPuck.g.cmdDrop.Visible),
+              std::make_tuple(std::string("You Win !!"), kTrue, kFalse));
 }
 
 }  // namespace quillop::test

@@ -1,7 +1,6 @@
 // The classic number semantics and the text forms of numbers.
 #include <gtest/gtest.h>
 
-#include "game/base/generator.h"
 #include "game/base/number_text.h"
 #include "game/base/numbers.h"
 
@@ -45,14 +44,6 @@ TEST(NumberText, ReadingAcceptsPlainDecimalsOnly) {
     EXPECT_TRUE(parseNumber("6000", v));
     EXPECT_EQ(v, 6000);
     for (const char* bad : {"", "abc", "12abc", "nan", "inf", "1,5", " "}) EXPECT_FALSE(parseNumber(bad, v)) << bad;
-}
-
-TEST(Generator, StartsAtItsFixedStateAndCountsEveryDraw) {
-    Generator g;
-    EXPECT_NEAR(g.next(), 0.7055475, 1e-7);
-    g.seed(0);
-    EXPECT_EQ(g.next(), 12820163 / 16777216.0);
-    EXPECT_EQ(g.draws(), 2u);
 }
 
 }  // namespace quillop

@@ -21,10 +21,9 @@ struct Paint {
 struct RecordingSurface : Surface {
     std::vector<Paint> paints;
     std::vector<std::uint32_t> backColors;
-    int clears = 0;
     void paintPicture(Pic p, float x, float y) override { paints.push_back({p, x, y}); }
     void setBackColor(std::uint32_t bgr) override { backColors.push_back(bgr); }
-    void clear() override { ++clears; }
+    void clear() override {}
     int count(Pic p) const {
         int n = 0;
         for (const Paint& paint : paints) n += paint.picture == p;
@@ -104,9 +103,12 @@ struct Rig {
         g.Pointspod.Top = -1000;
         g.Sidestopper.Active = kFalse;
         g.Sidestopper.Left = -1000;
+        clearRows();
+        g.Speed1 = g.Speed2 = g.Speed3 = g.Speed4 = g.Speed5 = g.Speed6 = 0;
+    }
+    void clearRows() {
         for (auto* row : {&g.ArseRowA, &g.ArseRowB})
             for (SpriteRecord& r : *row) r.Active = kFalse;
-        g.Speed1 = g.Speed2 = g.Speed3 = g.Speed4 = g.Speed5 = g.Speed6 = 0;
     }
     void putPuck(float left, float top, double xmove, double ymove) {
         g.shapePuck.Left = left;
@@ -124,6 +126,15 @@ struct Rig {
     }
     void ticks(int n) {
         for (int k = 0; k < n; ++k) g.Timer1_Timer();
+    }
+};
+
+// A game in play with nothing on the field but the puck, and no sound played yet.
+struct ClearRig : Rig {
+    ClearRig() {
+        play();
+        clearField();
+        sound.played.clear();
     }
 };
 
