@@ -106,20 +106,14 @@ void ScenarioRunner::playDuringWait(int wait) {
 bool ScenarioRunner::answerQuestion() {
     if (answerGiven_) return *answerGiven_;
     // The ticks that ran while the question was up are played here, inside it.
-    for (;;) {
-        if (ticksLeft_ > 0) {
-            --ticksLeft_;
-            timerEvent();
-            continue;
+    while (ticksLeft_ > 0 || next_ < commands_.size()) {
+        const Command* c = ticksLeft_ == 0 ? &commands_[next_] : nullptr;
+        if (c && c->wait == 0 && (c->op == Op::AnswerYes || c->op == Op::AnswerNo)) {
+            current_ = c;
+            ++next_;
+            return c->op == Op::AnswerYes;
         }
-        if (next_ >= commands_.size()) break;
-        const Command& c = commands_[next_++];
-        current_ = &c;
-        if (c.wait == 0 && (c.op == Op::AnswerYes || c.op == Op::AnswerNo)) return c.op == Op::AnswerYes;
-        if (c.op == Op::Tick && c.wait == 0)
-            ticksLeft_ = c.count;
-        else
-            execute(c);
+        playNext();
     }
     throw ReplayError{question_ ? question_->line : 0, "New Game asks its question, but no answer follows"};
 }

@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "game/program.h"
@@ -43,6 +44,23 @@ public:
     virtual void snapshot(const std::string& file) = 0;
     virtual void setWaitListener(std::function<void(int wait)> listener) = 0;
     virtual void setQuestionAnswerer(std::function<bool()> answerer) = 0;
+};
+
+// A tick's waits, counted for a target: the listener hears of each wait at its first pump.
+class WaitCounter {
+public:
+    void listen(std::function<void(int wait)> listener) { listener_ = std::move(listener); }
+    void tickBegins() { waits_ = 0; fresh_ = false; }
+    void waitBegins() { ++waits_; fresh_ = true; }
+    void pumped() {
+        if (std::exchange(fresh_, false) && listener_) listener_(waits_);
+    }
+    int waits() const { return waits_; }
+
+private:
+    std::function<void(int)> listener_;
+    int waits_ = 0;
+    bool fresh_ = false;
 };
 
 // A recording that does not play back as it was recorded.

@@ -44,13 +44,17 @@ QSize FrmMDI::decorations() const {
 
 float FrmMDI::top() { return remembered(top_, pos().y()); }
 float FrmMDI::left() { return remembered(left_, pos().x()); }
-float FrmMDI::height() { return held_ ? held_->height : remembered(height_, frameGeometry().height()); }
-float FrmMDI::width() { return held_ ? held_->width : remembered(width_, frameGeometry().width()); }
+float FrmMDI::height() { return held_ ? height_.twips : remembered(height_, frameGeometry().height()); }
+float FrmMDI::width() { return held_ ? width_.twips : remembered(width_, frameGeometry().width()); }
 
-void FrmMDI::holdForReplay() { held_ = Held{windowState(), width(), height()}; }
+void FrmMDI::holdForReplay() {
+    width_ = {width(), frameGeometry().width()};
+    height_ = {height(), frameGeometry().height()};
+    held_ = windowState();
+}
 
 WindowState FrmMDI::windowState() {
-    if (held_) return held_->state;
+    if (held_) return *held_;
     if (isMinimized()) return kMinimized;
     if (isMaximized()) return kMaximized;
     return kNormal;
@@ -67,14 +71,12 @@ void FrmMDI::setLeft(float l) {
 void FrmMDI::setHeight(float h) {
     const int outer = std::max(px(h), 1);
     height_ = {h, outer};
-    if (held_) held_->height = h;
     wantedOuter_.setHeight(outer);
     resize(QMainWindow::width(), std::max(outer - decorations().height(), 1));
 }
 void FrmMDI::setWidth(float w) {
     const int outer = std::max(px(w), 1);
     width_ = {w, outer};
-    if (held_) held_->width = w;
     wantedOuter_.setWidth(outer);
     resize(std::max(outer - decorations().width(), 1), QMainWindow::height());
 }
@@ -82,7 +84,7 @@ void FrmMDI::setWidth(float w) {
 void FrmMDI::setWindowState(WindowState state) {
     // Asking for the state the frame is already in changes nothing and raises no event.
     if (state == windowState()) return;
-    if (held_) held_->state = state;
+    if (held_) held_ = state;
     Qt::WindowStates states = QMainWindow::windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
     if (state == kMinimized) states |= Qt::WindowMinimized;
     if (state == kMaximized) states |= Qt::WindowMaximized;

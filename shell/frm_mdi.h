@@ -67,11 +67,7 @@ private:
     WindowState lastState_ = kNormal;
     QSize knownDecorations_{-1, -1};  // none seen yet
     QSize wantedOuter_;  // the outer size asked for before the window manager framed us
-    struct Held {
-        WindowState state;
-        float width, height;  // twips
-    };
-    std::optional<Held> held_;
+    std::optional<WindowState> held_;  // the state the rules see while a replay holds the frame
 };
 
 }  // namespace quillop

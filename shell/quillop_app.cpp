@@ -121,7 +121,6 @@ void QuillopApp::wireFrame() {
 
 void QuillopApp::wirePlayfield() {
     playfield_->bind(*program_, [this] { afterEvent(); });
-    playfield_->onCommand = [this](const std::string& line) { record(line); };
     pump_.beforeEach = [this] { playfield_->refresh(); };
     pump_.onWaitBegins = [this] {
         if (recorder_) recorder_->waitBegins();
@@ -233,6 +232,8 @@ void QuillopApp::startRecording() {
     start.highscore = program_->mod.Highscore;
     start.highscorer = program_->mod.Highscorer;
     recorder_ = std::make_unique<replay::GameRecorder>(start);
+    // Only now: every pointer move would otherwise be written out as a line for nobody.
+    playfield_->onCommand = [this](const std::string& line) { record(line); };
     // The frame has arranged the playfield since; the recording takes it from here.
     recordedState_ = kNormal;
     recordFrameResize();

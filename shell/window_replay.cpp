@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTimer>
@@ -38,18 +37,12 @@ void prepareReplay(const replay::Scenario& recording, QuillopApp::Options& optio
 WindowReplay::WindowReplay(QuillopApp& app, const replay::Scenario& scenario)
     : app_(app), scenario_(scenario), runner_(scenario_.commands, *this) {
     QtEventPump& pump = app_.pump();
-    pump.onWaitBegins = [this] {
-        ++waits_;
-        waitFresh_ = true;
-    };
+    pump.onWaitBegins = [this] { waits_.waitBegins(); };
     auto refresh = std::move(pump.beforeEach);
     // At the first pump of a wait, the commands recorded in it happen.
     pump.beforeEach = [this, refresh] {
         if (refresh) refresh();
-        if (waitFresh_ && waitListener_) {
-            waitFresh_ = false;
-            waitListener_(waits_);
-        }
+        waits_.pumped();
     };
     app_.recordedAnswer = [this] {
         questionOpen_ = true;
@@ -196,8 +189,7 @@ bool WindowReplay::timerEvent() {
     Gorvane& g = app_.program().gorvane();
     if (g.Timer1.Enabled == kFalse || g.tickRunning()) return false;
     if (questionOpen_) settle(15);  // the question is up: ticks still come 64 times a second
-    waits_ = 0;
-    waitFresh_ = false;
+    waits_.tickBegins();
     app_.runTick();
     return true;
 }

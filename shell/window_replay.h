@@ -44,11 +44,11 @@ public:
     void resize(double width, double height) override;
     void setName(const std::string& name) override { name_ = name; }
     bool timerEvent() override;
-    int waitsInLastTick() const override { return waits_; }
+    int waitsInLastTick() const override { return waits_.waits(); }
     std::uint64_t ticksRun() const override;
     Program& program() override;
     void snapshot(const std::string& file) override;
-    void setWaitListener(std::function<void(int)> listener) override { waitListener_ = std::move(listener); }
+    void setWaitListener(std::function<void(int)> listener) override { waits_.listen(std::move(listener)); }
     void setQuestionAnswerer(std::function<bool()> answerer) override { answerer_ = std::move(answerer); }
 
 private:
@@ -59,12 +59,10 @@ private:
 
     QuillopApp& app_;
     replay::Scenario scenario_;
-    std::function<void(int)> waitListener_;
     std::function<bool()> answerer_;
     std::string name_;
     std::unique_ptr<FrmHelp> help_;
-    int waits_ = 0;
-    bool waitFresh_ = false;
+    replay::WaitCounter waits_;
     bool questionOpen_ = false;
     bool finished_ = false;
     QElapsedTimer clock_;

@@ -119,7 +119,7 @@ void HeadlessGame::resize(double width, double height) {
 bool HeadlessGame::timerEvent() {
     Gorvane& g = playfield();
     if (g.Timer1.Enabled == kFalse) return false;
-    pump_.waits = 0;
+    pump_.waits.tickBegins();
     g.Timer1_Timer();
     ++ticks_;
     return true;

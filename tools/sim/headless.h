@@ -63,17 +63,11 @@ struct HeadlessHost : Host {
 struct WaitPump : EventPump {
     explicit WaitPump(SteppingClock& c) : clock(c) {}
     SteppingClock& clock;
-    int waits = 0;  // waits begun in the current tick
-    bool fresh = false;
-    std::function<void(int wait)> onWait;
-    void waitBegins() override {
-        ++waits;
-        fresh = true;
-    }
+    replay::WaitCounter waits;
+    void waitBegins() override { waits.waitBegins(); }
     void processPendingEvents() override {
         clock.processPendingEvents();
-        if (!std::exchange(fresh, false) || !onWait) return;
-        onWait(waits);
+        waits.pumped();
     }
 };
 
@@ -108,9 +102,9 @@ public:
     // Where the Yes/No question gets its answer when no command gave one beforehand.
     void setQuestionAnswerer(std::function<bool()> answerer) override { host_.answerer = std::move(answerer); }
     // Called with the wait's number at the first pump of every wait inside a tick.
-    void setWaitListener(std::function<void(int)> listener) override { pump_.onWait = std::move(listener); }
+    void setWaitListener(std::function<void(int)> listener) override { pump_.waits.listen(std::move(listener)); }
     // The waits the last tick went through.
-    int waitsInLastTick() const override { return pump_.waits; }
+    int waitsInLastTick() const override { return pump_.waits.waits(); }
     bool timerEvent() override;
     // Writes the field as the player sees it; needs SurfaceKind::Image.
     void snapshot(const std::string& file) override;
