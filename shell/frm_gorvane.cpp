@@ -3,6 +3,7 @@
 #include "replay/recorder.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <QFontMetrics>
 #include <QMouseEvent>
@@ -12,12 +13,17 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+#include "platform/qt/repaint_areas.h"
 #include "platform/qt/shape_paint.h"
 #include "shell/classic.h"
 #include "shell/startup_log.h"
 
 namespace quillop {
 namespace {
+
+// Measured under Xvfb: a rectangle more in a frame's repaint costs the game and the X server
+// about what two thousand more pixels do.
+constexpr qreal kPixelsPerRect = 2000;
 
 // The label's mouse presses and moves stay with it, as the classic lightweight label kept
 // them: the paddle does not follow the pointer across "Insert Coin".
@@ -104,14 +110,19 @@ protected:
         painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
         const QImage& image = owner_.surface_.image();
         const QRegion outside = event->region() - QRegion(image.rect());
-        // The whole image under a clip, not a piece of it: on a scaled screen a piece lands
-        // on fractional device pixels and rounds differently at its edges than the same
-        // place painted as part of a larger area, which would leave seams.
-        for (const QRect& r : event->region()) {
-            painter.setClipRect(r);
-            painter.drawImage(QPoint(0, 0), image);
+        const qreal ratio = devicePixelRatioF();
+        if (ratio == std::floor(ratio)) {
+            for (const QRect& r : event->region()) painter.drawImage(r.topLeft(), image, r);
+        } else {
+            // The whole image under a clip, not a piece of it: on a screen scaled by a
+            // fraction a piece lands on fractional device pixels and rounds differently at
+            // its edges than the same place painted as part of a larger area: seams.
+            for (const QRect& r : event->region()) {
+                painter.setClipRect(r);
+                painter.drawImage(QPoint(0, 0), image);
+            }
+            painter.setClipping(false);
         }
-        painter.setClipping(false);
         for (const QRect& r : outside) painter.fillRect(r, QColor(0x80, 0x80, 0x80));
         if (Gorvane* game = owner_.game(); game && game->shapePuck.Visible != kFalse) {
             paintPuck(painter, game->shapePuck);
@@ -230,20 +241,24 @@ void FrmGorvane::showSoon() {
 void FrmGorvane::refresh() {
     showSoon_.stop();
     Gorvane* g = game();
-    QRegion dirty = surface_.takeDirtyRegion();
-    if (!g) {
-        if (!dirty.isEmpty()) canvas_->update(dirty);
-        return;
+    std::vector<QRect> changed = surface_.takeChangedAreas();
+    if (g) {
+        const ShapeModel& puck = g->shapePuck;
+        std::optional<QRect> now;
+        if (puck.Visible != kFalse) now = shapeBox(puck.Left, puck.Top, puck.Width, puck.Height);
+        // The puck is redrawn where it was and where it is; it cannot change its look without
+        // also being hidden or moved by the game, but repainting its box every time is cheap.
+        // The outline reaches half its pen beyond the box on a scaled screen.
+        for (const std::optional<QRect>& box : {puckDrawn_, now})
+            if (box) changed.push_back(box->adjusted(-1, -1, 1, 1));
+        puckDrawn_ = now;
     }
-    const ShapeModel& puck = g->shapePuck;
-    const QRect now = puck.Visible != kFalse ? shapeBox(puck.Left, puck.Top, puck.Width, puck.Height) : QRect();
-    // The puck is redrawn where it was and where it is; it cannot change its look without
-    // also being hidden or moved by the game, but repainting its box every time is cheap.
-    // The outline reaches half its pen beyond the box on a scaled screen.
-    dirty += puckDrawn_.adjusted(-1, -1, 1, 1);
-    dirty += now.adjusted(-1, -1, 1, 1);
-    puckDrawn_ = now;
-    if (!dirty.isEmpty()) canvas_->update(dirty);
+    if (!changed.empty()) {
+        // What a rectangle costs, in pixels of this screen (see coalesceRepaint).
+        const qreal ratio = canvas_->devicePixelRatioF();
+        canvas_->update(coalesceRepaint(std::move(changed), static_cast<int>(kPixelsPerRect / (ratio * ratio))));
+    }
+    if (!g) return;
     syncControl(cmdPlay, g->cmdPlay);
     syncControl(cmdDrop, g->cmdDrop);
     syncControl(cmdShowVars, g->cmdShowVars);

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 #include "game/program.h"
 #include "platform/qt/image_surface.h"
@@ -83,7 +84,7 @@ private:
     Remembered top_, left_, width_, height_;
     WindowState state_ = kNormal;
     QRect normalGeometry_{0, 0, 1, 1};
-    QRect puckDrawn_;
+    std::optional<QRect> puckDrawn_;
     QTimer showSoon_;
 };
 

@@ -29,11 +29,9 @@ inline void blendRow(std::uint32_t* dst, const std::uint32_t* src, int count) {
     }
 }
 
-// The dirty region is kept on a coarse grid: a moving sprite then mostly dirties tiles that
-// are already dirty, and the region stays a handful of rectangles instead of growing by a
-// sliver (and an allocation) on every paint. Repainting a little more than changed is free
-// next to rebuilding the region thousands of times a second.
-constexpr int kTile = 16;
+// Past this many paints between two repaints (the explosion's frames, say) comparing them
+// one by one costs more than sending the whole field.
+constexpr std::size_t kMaxPaintedAreas = 256;
 
 }  // namespace
 
@@ -43,8 +41,6 @@ ImageSurface::ImageSurface(const PictureSet& pictures, int width, int height) : 
 
 void ImageSurface::resize(int width, int height) {
     image_ = QImage(std::max(width, 0), std::max(height, 0), QImage::Format_RGB32);
-    tileColumns_ = (image_.width() + kTile - 1) / kTile;
-    dirtyTiles_.assign(static_cast<std::size_t>(tileColumns_) * ((image_.height() + kTile - 1) / kTile), 0);
     clear();
 }
 
@@ -80,23 +76,17 @@ void ImageSurface::paintPicture(Pic picture, float x, float y) {
             // A bitmap replaces its rectangle; its pixels are opaque, so the copy is exact.
             std::memcpy(dst, src, static_cast<std::size_t>(count) * sizeof(std::uint32_t));
     }
-    markDirty(QRect(x0, y0, count, y1 - y0));
+    markPainted(QRect(x0, y0, count, y1 - y0));
 }
 
-void ImageSurface::markDirty(const QRect& rect) {
-    if (rect.isEmpty()) return;
-    const int left = rect.left() / kTile, right = rect.right() / kTile;
-    const int top = rect.top() / kTile, bottom = rect.bottom() / kTile;
-    bool fresh = false;
-    for (int ty = top; ty <= bottom; ++ty)
-        for (int tx = left; tx <= right; ++tx) {
-            std::uint8_t& tile = dirtyTiles_[static_cast<std::size_t>(ty) * tileColumns_ + tx];
-            fresh |= tile == 0;
-            tile = 1;
-        }
-    if (!fresh) return;
-    const QRect snapped(left * kTile, top * kTile, (right - left + 1) * kTile, (bottom - top + 1) * kTile);
-    dirty_ += snapped & image_.rect();
+void ImageSurface::markPainted(const QRect& area) {
+    if (wholeDirty_ || area.isEmpty()) return;
+    if (painted_.size() == kMaxPaintedAreas) {
+        wholeDirty_ = true;
+        painted_.clear();
+        return;
+    }
+    painted_.push_back(area);
 }
 
 void ImageSurface::setBackColor(std::uint32_t bgr) {
@@ -107,15 +97,52 @@ void ImageSurface::setBackColor(std::uint32_t bgr) {
 void ImageSurface::clear() {
     if (image_.isNull()) return;
     image_.fill(colorFromBgr(backColor_).rgb());
-    dirty_ = image_.rect();
-    std::fill(dirtyTiles_.begin(), dirtyTiles_.end(), 1);
+    // A new background is shown whole, whatever it was before.
+    wholeDirty_ = true;
+    painted_.clear();
 }
 
-QRegion ImageSurface::takeDirtyRegion() {
-    QRegion taken;
-    taken.swap(dirty_);
-    std::fill(dirtyTiles_.begin(), dirtyTiles_.end(), 0);
-    return taken;
+std::uint64_t ImageSurface::contentOf(const QRect& area) const {
+    // Two pixels a step; a wrong "unchanged" would need two different areas of the same
+    // place to meet in 64 bits.
+    std::uint64_t hash = 0x9E3779B97F4A7C15u;
+    const qsizetype stride = image_.bytesPerLine();
+    const uchar* const bits = image_.constBits();
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        const auto* row = reinterpret_cast<const std::uint32_t*>(bits + y * stride) + area.left();
+        int k = 0;
+        for (; k + 1 < area.width(); k += 2) {
+            const std::uint64_t two = row[k] | static_cast<std::uint64_t>(row[k + 1]) << 32;
+            hash = (hash ^ two) * 0x100000001B3u;
+            hash ^= hash >> 29;
+        }
+        if (k < area.width()) hash = ((hash ^ row[k]) * 0x100000001B3u) ^ (hash >> 29);
+    }
+    return hash;
+}
+
+std::vector<QRect> ImageSurface::takeChangedAreas() {
+    std::vector<QRect> changed;
+    if (wholeDirty_) {
+        // What was seen before is no measure of what the window shows from now on.
+        if (!image_.isNull()) changed.push_back(image_.rect());
+        wholeDirty_ = false;
+        seen_.clear();
+        return changed;
+    }
+    std::vector<Seen> seen;
+    seen.reserve(painted_.size());
+    for (const QRect& area : painted_) {
+        // An eraser and the picture painted over it share their area.
+        auto same = [&](const Seen& s) { return s.area == area; };
+        if (std::any_of(seen.begin(), seen.end(), same)) continue;
+        seen.push_back({area, contentOf(area)});
+        const auto before = std::find_if(seen_.begin(), seen_.end(), same);
+        if (before == seen_.end() || before->content != seen.back().content) changed.push_back(area);
+    }
+    painted_.clear();
+    seen_.swap(seen);
+    return changed;
 }
 
 }  // namespace quillop

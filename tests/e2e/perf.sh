@@ -7,6 +7,9 @@
 #             pointer sweeps the field 50 times a second
 #   memory:   VmRSS and VmHWM of the game after the play
 #   pace:     how many times a second the playfield's pixels change
+#   replayed: the game's CPU while it replays the same game (seed 11, the paddle off the
+#             field, a serve after every loss): what one build costs against another,
+#             without the chance of a live game's course
 #
 # usage: perf.sh PATH/TO/Quillop2 [ARTIFACTS_DIR]   (env: RUNS=3 SECONDS_PLAYED=10)
 source "$(dirname "$0")/lib.sh"
@@ -65,12 +68,27 @@ e2e_shot playing >/dev/null
 # CPU figures, as the polling itself loads the X server.
 read -r redraws grabs < <($PIX changes "$((WX + 8)),$((PY - 150)),$((WW - 16)),260" 3)
 
+memory="VmRSS $((rss_ready / 1024)) MB ready, $(($(status VmRSS) / 1024)) MB playing; VmHWM $(($(status VmHWM) / 1024)) MB; $(status Threads) threads"
+e2e_wm_close "$FRAME" || fail "no exit after the close"
+
+# --- the same recorded game, replayed ---------------------------------------
+{ printf '# Quillop recorded game\nsize 440 300\nseed 11\nhighscore 1000000\nhighscorer Ormswell\nmove -500 -500\n'
+  for _ in $(seq 20); do printf 'play\n'; for _ in 1 2 3 4; do printf 'tick 150\ndrop\n'; done; done; } > "$WORK/roam.scn"
+e2e_start_game --replay "$WORK/roam.scn"
+REPLAY=$(e2e_wait_window '^Quillop' 20) || die "the replay showed no frame"
+sleep 2
+r0=$(cpu "$GAME_PID") rt0=$(date +%s%N)
+sleep "$PLAY_S"
+r1=$(cpu "$GAME_PID") rel=$(ms_since "$rt0")
+game_alive || die "the game died while replaying"
+e2e_shot replayed >/dev/null
+
 echo "=== Quillop2 under Xvfb 1280x1024 + openbox, $(nproc) cores ==="
 echo "start-up to frame mapped:   $(median "${MAPPED[@]}") ms median (${MAPPED[*]})"
 echo "start-up to Play drawn:     $(median "${DRAWN[@]}") ms median (${DRAWN[*]})"
 echo "CPU while playing ${PLAY_S}s:     game $(pct $((g1 - g0)) "$el")% of one core, Xvfb $(pct $((x1 - x0)) "$el")%"
 echo "CPU, pointer sweeping:      game $(pct $((s1 - s0)) "$sel")% of one core ($((PLAY_S * 50)) moves in $sel ms)"
-echo "memory:                     VmRSS $((rss_ready / 1024)) MB ready, $(($(status VmRSS) / 1024)) MB playing;" \
-     "VmHWM $(($(status VmHWM) / 1024)) MB; $(status Threads) threads"
+echo "memory:                     $memory"
 echo "field redraws:              $redraws a second (of $grabs screen polls a second; the tick pace, seen from outside)"
-e2e_wm_close "$FRAME" || fail "no exit after the close"
+echo "CPU, a game replayed:       game $(pct $((r1 - r0)) "$rel")% of one core (the same ${PLAY_S}s of play on every run)"
+e2e_wm_close "$REPLAY" || fail "no exit after the replay's close"

@@ -18,6 +18,7 @@
 #include "platform/qt/image_surface.h"
 #include "platform/qt/picture_set.h"
 #include "platform/qt/qt_sound.h"
+#include "platform/qt/repaint_areas.h"
 #include "platform/qt/tick_pacer.h"
 #include "platform/qt/wave_file.h"
 #include "shell/replay_shelf.h"
@@ -91,9 +92,41 @@ private slots:
         QCOMPARE(surface.image().pixel(50, 40), qRgb(0, 0, 0));
         QCOMPARE(surface.image().pixel(73, 61), qRgb(0, 0, 0));
         QCOMPARE(surface.image().pixel(74, 61), qRgb(255, 255, 255));
-        surface.takeDirtyRegion();  // what a paint reports is seen in the played field's repaints
+        // The window is sent the whole field after a new back colour, then only the areas
+        // whose pixels changed since it was last sent any.
+        const auto sent = [&surface] {
+            const std::vector<QRect> areas = surface.takeChangedAreas();
+            return QList<QRect>(areas.begin(), areas.end());
+        };
         surface.setBackColor(0x000000);
-        QCOMPARE(surface.takeDirtyRegion(), QRegion(surface.image().rect()));
+        QCOMPARE(sent(), QList<QRect>{surface.image().rect()});
+        surface.paintPicture(Pic::Club, 10, 10);
+        QCOMPARE(sent(), QList<QRect>{QRect(10, 10, 32, 32)});
+        surface.paintPicture(Pic::Arsemask, 10, 10);  // erased and painted back as it was
+        surface.paintPicture(Pic::Club, 10, 10);
+        QCOMPARE(sent(), QList<QRect>{});
+        surface.paintPicture(Pic::Arsemask, 10, 10);  // moved one pixel
+        surface.paintPicture(Pic::Club, 11, 10);
+        QCOMPARE(sent(), (QList<QRect>{QRect(10, 10, 32, 32), QRect(11, 10, 32, 32)}));
+        surface.paintPicture(Pic::Club, 11, 10);  // the same again: it was sent as it is
+        QCOMPARE(sent(), QList<QRect>{});
+        // So many paints in one frame (an explosion's) are sent whole; the Arse erased in it
+        // and painted back afterwards is sent again.
+        surface.paintPicture(Pic::Arsemask, 11, 10);
+        for (int k = 0; k < 300; ++k) surface.paintPicture(Pic::Mask24x22, 60, 40);
+        QCOMPARE(sent(), QList<QRect>{surface.image().rect()});
+        surface.paintPicture(Pic::Club, 11, 10);
+        QCOMPARE(sent(), QList<QRect>{QRect(11, 10, 32, 32)});
+    }
+
+    // A repaint is sent as few rectangles as pay for themselves: areas join while joining
+    // costs fewer pixels than the rectangle it saves, a grown area joining the next.
+    void repaintJoinsAreasThatPay() {
+        const std::vector<QRect> areas{{40, 0, 10, 10}, {0, 0, 10, 10}, {20, 0, 10, 10}, {200, 200, 5, 5}};
+        QCOMPARE(coalesceRepaint(areas, 150), QRegion(0, 0, 50, 10) + QRect(200, 200, 5, 5));
+        QCOMPARE(coalesceRepaint(areas, 100), QRegion(0, 0, 10, 10) + QRect(20, 0, 10, 10) + QRect(40, 0, 10, 10) +
+                                                  QRect(200, 200, 5, 5));
+        QCOMPARE(coalesceRepaint(areas, 1 << 20).rectCount(), 1);
     }
 
     // Our file reader and QSettings agree both ways: a file from the earlier version, which
