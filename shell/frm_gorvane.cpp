@@ -241,7 +241,7 @@ void FrmGorvane::showSoon() {
 void FrmGorvane::refresh() {
     showSoon_.stop();
     Gorvane* g = game();
-    std::vector<QRect> changed = surface_.takeChangedAreas();
+    std::vector<QRect> changed = surface_.takePaintedAreas();
     if (g) {
         const ShapeModel& puck = g->shapePuck;
         std::optional<QRect> now;

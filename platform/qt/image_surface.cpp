@@ -29,8 +29,8 @@ inline void blendRow(std::uint32_t* dst, const std::uint32_t* src, int count) {
     }
 }
 
-// Past this many paints between two repaints (the explosion's frames, say) comparing them
-// one by one costs more than sending the whole field.
+// Past this many paints between two repaints (the explosion's frames, say) the whole field
+// is sent rather than a long list to sort out.
 constexpr std::size_t kMaxPaintedAreas = 256;
 
 }  // namespace
@@ -102,46 +102,14 @@ void ImageSurface::clear() {
     painted_.clear();
 }
 
-std::uint64_t ImageSurface::contentOf(const QRect& area) const {
-    // Two pixels a step; a wrong "unchanged" would need two different areas of the same
-    // place to meet in 64 bits.
-    std::uint64_t hash = 0x9E3779B97F4A7C15u;
-    const qsizetype stride = image_.bytesPerLine();
-    const uchar* const bits = image_.constBits();
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        const auto* row = reinterpret_cast<const std::uint32_t*>(bits + y * stride) + area.left();
-        int k = 0;
-        for (; k + 1 < area.width(); k += 2) {
-            const std::uint64_t two = row[k] | static_cast<std::uint64_t>(row[k + 1]) << 32;
-            hash = (hash ^ two) * 0x100000001B3u;
-            hash ^= hash >> 29;
-        }
-        if (k < area.width()) hash = ((hash ^ row[k]) * 0x100000001B3u) ^ (hash >> 29);
-    }
-    return hash;
-}
-
-std::vector<QRect> ImageSurface::takeChangedAreas() {
+std::vector<QRect> ImageSurface::takePaintedAreas() {
     std::vector<QRect> changed;
     if (wholeDirty_) {
-        // What was seen before is no measure of what the window shows from now on.
         if (!image_.isNull()) changed.push_back(image_.rect());
         wholeDirty_ = false;
-        seen_.clear();
-        return changed;
+    } else {
+        changed.swap(painted_);
     }
-    std::vector<Seen> seen;
-    seen.reserve(painted_.size());
-    for (const QRect& area : painted_) {
-        // An eraser and the picture painted over it share their area.
-        auto same = [&](const Seen& s) { return s.area == area; };
-        if (std::any_of(seen.begin(), seen.end(), same)) continue;
-        seen.push_back({area, contentOf(area)});
-        const auto before = std::find_if(seen_.begin(), seen_.end(), same);
-        if (before == seen_.end() || before->content != seen.back().content) changed.push_back(area);
-    }
-    painted_.clear();
-    seen_.swap(seen);
     return changed;
 }
 

@@ -92,31 +92,20 @@ private slots:
         QCOMPARE(surface.image().pixel(50, 40), qRgb(0, 0, 0));
         QCOMPARE(surface.image().pixel(73, 61), qRgb(0, 0, 0));
         QCOMPARE(surface.image().pixel(74, 61), qRgb(255, 255, 255));
-        // The window is sent the whole field after a new back colour, then only the areas
-        // whose pixels changed since it was last sent any.
+        // The window is sent the whole field after a new back colour, then what was painted;
+        // so many paints in one frame (an explosion's) are sent whole.
         const auto sent = [&surface] {
-            const std::vector<QRect> areas = surface.takeChangedAreas();
+            const std::vector<QRect> areas = surface.takePaintedAreas();
             return QList<QRect>(areas.begin(), areas.end());
         };
         surface.setBackColor(0x000000);
         QCOMPARE(sent(), QList<QRect>{surface.image().rect()});
-        surface.paintPicture(Pic::Club, 10, 10);
-        QCOMPARE(sent(), QList<QRect>{QRect(10, 10, 32, 32)});
-        surface.paintPicture(Pic::Arsemask, 10, 10);  // erased and painted back as it was
-        surface.paintPicture(Pic::Club, 10, 10);
-        QCOMPARE(sent(), QList<QRect>{});
-        surface.paintPicture(Pic::Arsemask, 10, 10);  // moved one pixel
-        surface.paintPicture(Pic::Club, 11, 10);
-        QCOMPARE(sent(), (QList<QRect>{QRect(10, 10, 32, 32), QRect(11, 10, 32, 32)}));
-        surface.paintPicture(Pic::Club, 11, 10);  // the same again: it was sent as it is
-        QCOMPARE(sent(), QList<QRect>{});
-        // So many paints in one frame (an explosion's) are sent whole; the Arse erased in it
-        // and painted back afterwards is sent again.
-        surface.paintPicture(Pic::Arsemask, 11, 10);
+        surface.paintPicture(Pic::Arsemask, 10, 10);
+        surface.paintPicture(Pic::Club, 90, 70);  // only its corner is on the field
+        QCOMPARE(sent(), (QList<QRect>{QRect(10, 10, 32, 32), QRect(90, 70, 10, 10)}));
         for (int k = 0; k < 300; ++k) surface.paintPicture(Pic::Mask24x22, 60, 40);
         QCOMPARE(sent(), QList<QRect>{surface.image().rect()});
-        surface.paintPicture(Pic::Club, 11, 10);
-        QCOMPARE(sent(), QList<QRect>{QRect(11, 10, 32, 32)});
+        QCOMPARE(sent(), QList<QRect>{});
     }
 
     // A repaint is sent as few rectangles as pay for themselves: areas join while joining

@@ -69,7 +69,7 @@ Outcome playBusyGame(SurfaceKind kind, std::uint64_t ticks, bool record = false)
         game.timerEvent();
         if (record) recorder.tickEnds();
         // The window takes what changed after every tick.
-        if (image) image->takeChangedAreas();
+        if (image) image->takePaintedAreas();
         if (g.Level > outcome.bestLevel) outcome.bestLevel = g.Level;
     }
     outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
