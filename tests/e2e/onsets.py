@@ -58,8 +58,8 @@ def arrived(reads, from_ns, to_ns):
 def heard(raw, from_ns, to_ns):
     samples, reads = load(raw)
     part = samples[arrived(reads, from_ns, to_ns)]
-    block = RATE // 100
-    loud = sum(max(map(abs, part[i:i + block])) > LOUD for i in range(0, len(part), block))
+    # how long it was loud, in blocks of 10 ms
+    loud = sum(max(map(abs, part[i:i + RATE // 100])) > LOUD for i in range(0, len(part), RATE // 100))
     print(max(map(abs, part), default=0), loud * 10)
 
 
@@ -81,10 +81,5 @@ def delays(raw, log, from_ns):
 
 
 if __name__ == "__main__":
-    cmd, args = sys.argv[1], sys.argv[2:]
-    if cmd == "record":
-        record(*args)
-    elif cmd in ("heard", "delays"):
-        (heard if cmd == "heard" else delays)(args[0], *(int(a) if a.isdigit() else a for a in args[1:]))
-    else:
-        sys.exit("unknown command %s: the commands are listed at the head of %s" % (cmd, sys.argv[0]))
+    cmd, raw, *rest = sys.argv[1:]
+    {"record": record, "heard": heard, "delays": delays}[cmd](raw, *(int(a) if a.isdigit() else a for a in rest))
