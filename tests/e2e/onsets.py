@@ -3,7 +3,7 @@
 # and the delays from the game's logged sound requests to what the recording holds.
 #
 #   onsets.py record RAW               records s16 mono 44100 Hz until SIGTERM or the server's
-#                                      end; writes RAW and RAW.times (arrival time and size of each read) as it goes
+#                                      end; writes RAW and RAW.times (arrival time of each read, bytes so far) as it goes
 #   onsets.py heard RAW FROM_NS TO_NS  "PEAK LOUD_MS" between two wall-clock times
 #   onsets.py delays RAW GAME_LOG FROM_NS
 #                                      one line per logged request (quillop-sound NS NAME) after
@@ -32,13 +32,11 @@ def record(raw):
     parec = subprocess.Popen(["parec", "-d", "e2e.monitor", "--format=s16le", "--rate=%d" % RATE,
                               "--channels=1", "--latency-msec=2"], stdout=subprocess.PIPE)
     signal.signal(signal.SIGTERM, lambda *_: parec.terminate())  # its output then ends
-    total = 0
     # unbuffered, so that the recording can be read while it goes on
     with open(raw, "wb", buffering=0) as out, open(raw + ".times", "w", buffering=1) as times:
         for chunk in iter(lambda: os.read(parec.stdout.fileno(), 4096), b""):
             out.write(chunk)
-            total += len(chunk)
-            times.write("%d %d\n" % (time.time_ns(), total))
+            times.write("%d %d\n" % (time.time_ns(), out.tell()))
 
 
 def load(raw):
