@@ -12,19 +12,16 @@ E2E_DIR=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 if [ -x /usr/bin/python3 ]; then PYTHON=/usr/bin/python3; else PYTHON=python3; fi
 PIX="$PYTHON $E2E_DIR/pixels.py"
 # ImageMagick's own convert, the one Debian installs, whatever else of that name comes first
-if [ -x /usr/bin/convert ]; then export CONVERT=/usr/bin/convert; else export CONVERT=convert; fi
+if [ -x /usr/bin/convert ]; then CONVERT=/usr/bin/convert; else CONVERT=convert; fi
 
 E2E_PIDS=()        # background processes to stop, newest last
-E2E_FAILS=0
-GAME_PID=""
+E2E_FAILS=0 GAME_PID=""
 
 log()  { printf '[%s %s] %s\n' "$E2E_NAME" "$(date +%H:%M:%S.%N | cut -c1-12)" "$*"; }
 die()  { log "FATAL: $*"; exit 1; }
 fail() { log "FAIL - $*"; E2E_FAILS=$((E2E_FAILS + 1)); }
-check() { # check "description" command...
-    local what=$1; shift
-    if "$@"; then log "ok   - $what"; else fail "$what"; fi
-}
+check() { if "${@:2}"; then log "ok   - $1"; else fail "$1"; fi; }  # check "description" command...
+spawn() { "$@" & E2E_PIDS+=($!); }  # spawn COMMAND...: in the background, stopped at the end
 wait_for() { # wait_for SECONDS command...: tries every tenth of a second until it succeeds
     local n=$(($1 * 10)); shift
     until "$@"; do [ $((n -= 1)) -gt 0 ] || return 1; sleep 0.1; done
@@ -40,11 +37,8 @@ e2e_init() {
     mkdir -p "$ART"
     rm -f "$ART"/*.png "$ART"/*.log "$ART"/*.conf 2>/dev/null || true
     WORK=$(mktemp -d "/tmp/quillop-e2e-$E2E_NAME.XXXXXX")
-    export HOME=$WORK/home
-    export XDG_CONFIG_HOME=$HOME/.config
-    export XDG_RUNTIME_DIR=$HOME/run
-    mkdir -p "$XDG_CONFIG_HOME" "$XDG_RUNTIME_DIR"
-    chmod 700 "$XDG_RUNTIME_DIR"
+    export HOME=$WORK/home XDG_CONFIG_HOME=$WORK/home/.config XDG_RUNTIME_DIR=$WORK/home/run
+    mkdir -p -m 700 "$XDG_CONFIG_HOME" "$XDG_RUNTIME_DIR"
     CONF=$XDG_CONFIG_HOME/Quillop/Quillop.conf  # the game's settings file
     # No sound server unless a script starts one, and never a spawned one.
     printf 'autospawn = no\n' > "$WORK/pulse-client.conf"
@@ -80,12 +74,10 @@ e2e_start_x() {
     # Xvfb picks a free display number itself and names it when it takes connections.
     # -noreset: by default the server resets when its last client leaves (a probe), and a
     # client connecting during the reset is turned away.
-    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$WORK/display" >"$WORK/xvfb.log" 2>&1 &
-    E2E_PIDS+=($!)
+    spawn Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$WORK/display" >"$WORK/xvfb.log" 2>&1
     wait_for 10 test -s "$WORK/display" || die "Xvfb did not start: $(tail -3 "$WORK/xvfb.log")"
     export DISPLAY=:$(cat "$WORK/display")
-    openbox --sm-disable >"$WORK/openbox.log" 2>&1 &
-    E2E_PIDS+=($!)
+    spawn openbox --sm-disable >"$WORK/openbox.log" 2>&1
     wait_for 5 eval "xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'" \
         || die "openbox did not start"
     log "X on $DISPLAY with openbox"
@@ -94,9 +86,8 @@ e2e_start_x() {
 # e2e_start_game [ARGS...]: the game, from its own folder (where it would find sound files
 # by their bare names)
 e2e_start_game() {
-    (cd "$(dirname "$GAME_BIN")" && exec "$GAME_BIN" "$@") >>"$WORK/game.log" 2>&1 &
+    spawn env -C "$(dirname "$GAME_BIN")" "$GAME_BIN" "$@" >>"$WORK/game.log" 2>&1
     GAME_PID=$!
-    E2E_PIDS+=($GAME_PID)
     GAME_T0=$(date +%s%N)
     log "game started, pid $GAME_PID"
 }
@@ -110,9 +101,9 @@ e2e_wait_window() {
         game_alive && xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1
 }
 
-e2e_wait_gone() { # e2e_wait_gone WINDOW [SECONDS]
-    wait_for "${2:-10}" eval "! xwininfo -id $1 2>/dev/null | grep -q IsViewable"
-}
+e2e_wait_gone() { wait_for "${2:-10}" eval "! xwininfo -id $1 2>/dev/null | grep -q IsViewable"; }  # WINDOW [SECONDS]
+
+e2e_open() { e2e_start_game "$@"; e2e_find_frame; }  # e2e_open [ARGS...]: the game and its frame
 
 # The frame window with the high-score caption, activated; sets FRAME and its client area
 # FX FY FW FH.
@@ -144,19 +135,14 @@ e2e_wm_close() {
     GAME_PID=""
 }
 
-e2e_shot() { # e2e_shot NAME -> path of $ART/NAME.png
-    import -window root "$ART/$1.png" 2>>"$WORK/import.log" || die "screenshot failed"
-    echo "$ART/$1.png"
-}
+# e2e_shot NAME -> path of $ART/NAME.png, the whole screen
+e2e_shot() { import -window root "$ART/$1.png" 2>>"$WORK/import.log" || die "screenshot failed"; echo "$ART/$1.png"; }
 
 conf_get() { # conf_get SECTION KEY -> the value in the settings file, or nothing
     awk -v s="[$1]" -v k="$2=" '/^\[/ { on = $0 == s } on && index($0, k) == 1 { print substr($0, length(k) + 1); exit }' \
         "$CONF" 2>/dev/null || true
 }
 
-conf_is() { # conf_is SECTION KEY VALUE
-    [ "$(conf_get "$1" "$2")" = "$3" ] || { log "  [$1] $2 = '$(conf_get "$1" "$2")', want '$3'"; return 1; }
-}
 
 within() { # within TOLERANCE VALUE A [B]: VALUE is a number within TOLERANCE of A or of B
     awk -v t="$1" -v v="$2" -v a="$3" -v b="${4:-$3}" \
@@ -172,10 +158,20 @@ e2e_menu() {
 }
 
 # e2e_find_play NAME: on a new screenshot NAME (its path in SHOT), the Play button's centre
-# PX PY and the black playfield round it, PFX PFY PFW PFH
+# PX PY and the black playfield round it, PFX PFY PFW PFH. ImageMagick's connected components
+# of the frame's lit and dark parts ("ID: WxH+X+Y CENTROID AREA COLOUR"): Play is the solid lit
+# block some tens of pixels across nearest the centre, the playfield the largest dark part round it.
 e2e_find_play() {
     SHOT=$(e2e_shot "$1")
-    read -r PX PY PFX PFY PFW PFH < <($PIX play "$SHOT" "$FX,$FY,$FW,$FH" $((FX + FW / 2)) $((FY + FH / 2))) ||
+    read -r PX PY PFX PFY PFW PFH < <($CONVERT "$SHOT" -crop "${FW}x$FH+$FX+$FY" +repage -grayscale Average \
+        -threshold 11.8% -define connected-components:verbose=true -connected-components 4 null: |
+        awk -F'[ x+:]+' -v cx=$((FW / 2)) -v cy=$((FH / 2)) -v fx="$FX" -v fy="$FY" '
+        $NF == "gray(255)" && $3 >= 40 && $3 <= 300 && $4 >= 15 && $4 <= 100 && $8 >= 0.6 * $3 * $4 {
+            x = $5 + int($3 / 2); y = $6 + int($4 / 2); d = (x - cx) ^ 2 + (y - cy) ^ 2
+            if (!found++ || d < best) { best = d; bx = x; by = y } }
+        $NF == "gray(0)" { w[++n] = $3; h[n] = $4; l[n] = $5; t[n] = $6; a[n] = $8 }
+        END { for (i = 1; i <= n; i++) if (l[i] <= bx && bx < l[i] + w[i] && t[i] <= by && by < t[i] + h[i] && a[i] > a[k]) k = i
+              if (found && k) print fx + bx, fy + by, fx + l[k], fy + t[k], w[k], h[k] }') ||
         die "no Play button (see $SHOT)"
     log "Play at $PX,$PY; playfield ${PFW}x${PFH} at $PFX,$PFY"
 }

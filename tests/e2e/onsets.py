@@ -3,7 +3,7 @@
 # and the delays from the game's logged sound requests to what the recording holds.
 #
 #   onsets.py record RAW               records s16 mono 44100 Hz until SIGTERM or the server's
-#                                      end; writes RAW and RAW.times (arrival time and size of each read) as it goes
+#                                      end; writes RAW and RAW.times (arrival time of each read, bytes so far) as it goes
 #   onsets.py heard RAW FROM_NS TO_NS  "PEAK LOUD_MS" between two wall-clock times
 #   onsets.py delays RAW GAME_LOG FROM_NS
 #                                      one line per logged request (quillop-sound NS NAME) after
@@ -32,13 +32,11 @@ def record(raw):
     parec = subprocess.Popen(["parec", "-d", "e2e.monitor", "--format=s16le", "--rate=%d" % RATE,
                               "--channels=1", "--latency-msec=2"], stdout=subprocess.PIPE)
     signal.signal(signal.SIGTERM, lambda *_: parec.terminate())  # its output then ends
-    total = 0
     # unbuffered, so that the recording can be read while it goes on
     with open(raw, "wb", buffering=0) as out, open(raw + ".times", "w", buffering=1) as times:
         for chunk in iter(lambda: os.read(parec.stdout.fileno(), 4096), b""):
             out.write(chunk)
-            total += len(chunk)
-            times.write("%d %d\n" % (time.time_ns(), total))
+            times.write("%d %d\n" % (time.time_ns(), out.tell()))
 
 
 def load(raw):
@@ -58,8 +56,8 @@ def arrived(reads, from_ns, to_ns):
 def heard(raw, from_ns, to_ns):
     samples, reads = load(raw)
     part = samples[arrived(reads, from_ns, to_ns)]
-    block = RATE // 100
-    loud = sum(max(map(abs, part[i:i + block])) > LOUD for i in range(0, len(part), block))
+    # how long it was loud, in blocks of 10 ms
+    loud = sum(max(map(abs, part[i:i + RATE // 100])) > LOUD for i in range(0, len(part), RATE // 100))
     print(max(map(abs, part), default=0), loud * 10)
 
 
@@ -81,10 +79,5 @@ def delays(raw, log, from_ns):
 
 
 if __name__ == "__main__":
-    cmd, args = sys.argv[1], sys.argv[2:]
-    if cmd == "record":
-        record(*args)
-    elif cmd in ("heard", "delays"):
-        (heard if cmd == "heard" else delays)(args[0], *(int(a) if a.isdigit() else a for a in args[1:]))
-    else:
-        sys.exit("unknown command %s: the commands are listed at the head of %s" % (cmd, sys.argv[0]))
+    cmd, raw, *rest = sys.argv[1:]
+    {"record": record, "heard": heard, "delays": delays}[cmd](raw, *(int(a) if a.isdigit() else a for a in rest))

@@ -1,44 +1,12 @@
 #!/usr/bin/env python3
-# Reads screenshots (through ImageMagick's connected components) and the live screen for the
-# end-to-end scripts. Rectangles are X,Y,W,H in screen pixels.
+# Reads the live screen for the end-to-end scripts. Rectangles are X,Y,W,H in screen pixels.
 #
-#   play SHOT RECT X Y        the lit block (a push button) nearest X,Y and the black playfield
-#                             round it: "X Y FX FY FW FH", the button's centre and the field
 #   waitlit X Y SECONDS       polls the live screen until X,Y is not black; prints when (ns)
 #   changes RECT SECONDS      polls the live screen: "CHANGES GRABS", each a second
 
 import ctypes
-import os
-import re
-import subprocess
 import sys
 import time
-
-CONVERT = os.environ.get("CONVERT", "convert")
-
-
-def play(shot, rect, tx, ty):
-    # the lit and the dark parts as ImageMagick's connected components: "ID: WxH+X+Y CENTROID AREA COLOUR"
-    x, y, w, h = rect
-    out = subprocess.run([CONVERT, shot, "-crop", f"{w}x{h}+{x}+{y}", "+repage", "-grayscale", "Average",
-                          "-threshold", "11.8%", "-define", "connected-components:verbose=true",
-                          "-connected-components", "4", "null:"], check=True, stdout=subprocess.PIPE, text=True)
-    buttons, fields = [], []
-    for f in (line.split() for line in out.stdout.splitlines()[1:]):
-        pw, ph, px, py = (int(v) for v in re.split("[x+]", f[1]))
-        area, left, top = int(f[3]), x + px, y + py
-        # a push button: a solid lit block some tens of pixels across
-        if f[-1] == "gray(255)" and 40 <= pw <= 300 and 15 <= ph <= 100 and area >= 0.6 * pw * ph:
-            cx, cy = left + pw // 2, top + ph // 2
-            buttons.append(((cx - tx) ** 2 + (cy - ty) ** 2, cx, cy))
-        elif f[-1] == "gray(0)":
-            fields.append((area, left, top, pw, ph))
-    if not buttons:
-        return 1
-    _, cx, cy = min(buttons)
-    # the playfield: the largest dark part round the button
-    field = max(f for f in fields if f[1] <= cx < f[1] + f[3] and f[2] <= cy < f[2] + f[4])
-    print(cx, cy, *field[1:])
 
 
 def screen():
@@ -81,20 +49,11 @@ def changes(rect, seconds):
     print("%.1f %.0f" % (n / seconds, grabs / seconds))
 
 
-def main(cmd, *a):
-    if cmd == "play":
-        return play(a[0], rect(a[1]), int(a[2]), int(a[3]))
-    elif cmd == "waitlit":
-        return wait_lit(int(a[0]), int(a[1]), float(a[2]))
+if __name__ == "__main__":
+    cmd, *a = sys.argv[1:] or ["none"]
+    if cmd == "waitlit":
+        sys.exit(wait_lit(int(a[0]), int(a[1]), float(a[2])))
     elif cmd == "changes":
-        changes(rect(a[0]), float(a[1]))
+        changes([int(v) for v in a[0].split(",")], float(a[1]))
     else:
         sys.exit("unknown command %s: the commands are listed at the head of %s" % (cmd, sys.argv[0]))
-
-
-def rect(text):
-    return tuple(int(v) for v in text.split(","))
-
-
-if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))

@@ -10,24 +10,20 @@
 # quillop-sim's, pixel for pixel.  A recording edited by hand is refused at its line, and
 # the frame still closes while the message says so.
 #
-# usage: record_replay.sh PATH/TO/Quillop2 PATH/TO/quillop-sim [ARTIFACTS_DIR]
+# usage: QUILLOP_SIM=PATH/TO/quillop-sim record_replay.sh PATH/TO/Quillop2 [ARTIFACTS_DIR]
 source "$(dirname "$0")/lib.sh"
-SIM=$(readlink -f "$2")
-e2e_init record_replay "$1" "${3:-}"
+e2e_init record_replay "$1" "${2:-}"
+SIM=$(readlink -f "${QUILLOP_SIM:-}") && [ -x "$SIM" ] || die "no quillop-sim at QUILLOP_SIM '${QUILLOP_SIM:-}'"
 e2e_start_x
 REPLAYS=$HOME/.local/share/Quillop/replays
 
-e2e_start_game --trace "$WORK/window.trace"
-e2e_find_frame
+e2e_open --trace "$WORK/window.trace"
 e2e_find_play 01-ready
 
 # sweep SECONDS: the pointer sweeps the lower field, 50 moves a second, as a player's hand does
 sweep() {
-    local k moves=()
-    for ((k = 0; k < $1 * 50; k++)); do
-        moves+=(mousemove $((PFX + 20 + (k * 37) % (PFW - 40))) $((PFY + PFH - 30 - (k * 13) % 60)) sleep 0.02)
-    done
-    xdotool "${moves[@]}"
+    xdotool $(for ((k = 0; k < $1 * 50; k++)); do
+        echo mousemove $((PFX + 20 + (k * 37) % (PFW - 40))) $((PFY + PFH - 30 - (k * 13) % 60)) sleep 0.02; done)
 }
 new_game() { # new_game y|n: File, New Game, and the answer
     e2e_menu f n
@@ -58,39 +54,35 @@ new_game y || die "New Game asked nothing the second time"
 # --- second game, played to its end ---------------------------------------
 e2e_find_play 03-second-ready
 T0=$(date +%s)
-until ls "$REPLAYS"/*.scn >/dev/null 2>&1; do
-    (( $(date +%s) - T0 < 90 )) || die "no recording kept within 90 s"
-    box=$(xdotool search --onlyvisible --name '^Congrats!$' 2>/dev/null | head -1 || true)
-    if [ -n "$box" ]; then
-        sleep 0.5; e2e_geometry "$box"
-        check "Congrats!: centred on the screen with its decorations" \
-            eval 'within 5 $((WX + (WW + FR - FL) / 2)) 640 && within 5 $((WY + (WH + FB - FT) / 2)) 512'
-        # no control box: no minimise, maximise or close asked of the window manager (Motif
-        # functions 8, 16, 32; 1 would be all); openbox draws its buttons anyway
-        read -r flags funcs _ <<<"$(xprop -id "$box" _MOTIF_WM_HINTS | sed -n 's/.*= *//p' | tr -d ',')"
-        check "Congrats!: no minimise, maximise or close asked for" \
-            bash -c "(( (${flags:-0} & 1) && (${funcs:-1} & 57) == 0 ))"
-        xdotool windowactivate --sync "$box" key ctrl+a; xdotool type --delay 30 "Replayer"
-        # OK (2520, 1440 twips, 97x25 px) clicked with the real pointer: press, a pause in
-        # which the pressed button repaints, release
-        xdotool mousemove $((WX + 216)) $((WY + 108)) mousedown 1; sleep 0.3; xdotool mouseup 1
-        check "the caption names the new holder" \
-            wait_for 3 eval "xdotool getwindowname $FRAME | grep -q '^Quillop High Score by Replayer - [1-9][0-9]*\$'"
-    else
-        xdotool mousemove "$PX" "$PY" click 1   # Play, Drop, or a mine
-        sweep 1
-    fi
+until CONGRATS=$(xdotool search --onlyvisible --name '^Congrats!$' 2>/dev/null | head -1) && [ -n "$CONGRATS" ]; do
+    (( $(date +%s) - T0 < 90 )) || die "no Congrats! within 90 s"
+    xdotool mousemove "$PX" "$PY" click 1   # Play, Drop, or a mine
+    sweep 1
 done
+sleep 0.5; e2e_geometry "$CONGRATS"
+check "Congrats!: centred on the screen with its decorations" \
+    eval 'within 5 $((WX + (WW + FR - FL) / 2)) 640 && within 5 $((WY + (WH + FB - FT) / 2)) 512'
+# no control box: no minimise, maximise or close asked of the window manager (Motif
+# functions 8, 16, 32; 1 would be all); openbox draws its buttons anyway
+read -r flags funcs _ <<<"$(xprop -id "$CONGRATS" _MOTIF_WM_HINTS | sed -n 's/.*= *//p' | tr -d ',')"
+check "Congrats!: no minimise, maximise or close asked for" bash -c "(( (${flags:-0} & 1) && (${funcs:-1} & 57) == 0 ))"
+xdotool windowactivate --sync "$CONGRATS" key ctrl+a; xdotool type --delay 30 "Replayer"
+# OK (2520, 1440 twips, 97x25 px) clicked with the real pointer: press, a pause in which the
+# pressed button repaints, release
+xdotool mousemove $((WX + 216)) $((WY + 108)) mousedown 1; sleep 0.3; xdotool mouseup 1
+check "the caption names the new holder" \
+    wait_for 3 eval "xdotool getwindowname $FRAME | grep -q '^Quillop High Score by Replayer - [1-9][0-9]*\$'"
+wait_for 10 eval 'ls "$REPLAYS"/*.scn >/dev/null 2>&1' || die "no recording kept at the game's end"
 e2e_shot 04-game-over >/dev/null
 e2e_wm_close "$FRAME" || die "the game did not end on close"
 cp "$CONF" "$WORK/settings-after-play.conf" || die "no settings file after the game"
-check "the name entered with a click on OK is stored" conf_is Gorvane Highscorer Replayer
+NAME=$(conf_get Gorvane Highscorer)
+check "the name entered with a click on OK is stored ($NAME)" test "$NAME" = Replayer
 check "stored [Help] Left and Top where the window manager put it, within 3 px" \
     eval 'within 45 "$(conf_get Help Left)" $OL $CL && within 45 "$(conf_get Help Top)" $OT $CT'
 
 REC=$(ls "$REPLAYS"/*.scn | head -1)
 cp "$REC" "$ART/recording.scn"; cp "$WORK/window.trace" "$ART/window.trace"
-log "kept $(basename "$REC"): $(wc -l < "$REC") lines, $(wc -c < "$REC") bytes; $(grep -c '^during ' "$REC") in waits"
 # what the game was put through reached the recording: a move inside the explosion's waits,
 # the question answered both ways, the windows
 for c in 'during [0-9]+ move ' 'answer no' 'answer yes' help closehelp minimize restore 'resize ' 'press '; do
@@ -104,6 +96,9 @@ check "quillop-sim prints the window's trace byte for byte ($N ticks)" \
 
 # --- the window's replay, with snapshots at three ticks ---------------------
 AT=($($PYTHON "$E2E_DIR/replay_check.py" "$WORK/sim.trace" "$REC" "$WORK/shots.scn" "$ART"))
+# the snapshots taken headless first, and put aside for the window's
+"$SIM" "$WORK/shots.scn" >/dev/null && mkdir "$WORK/sim" && mv "$ART"/replay-*.png "$WORK/sim/" ||
+    die "quillop-sim refused its snapshots"
 e2e_start_game --replay "$WORK/shots.scn" --trace "$WORK/replay.trace"
 wait_for 180 eval "grep -q 'played to its end\|does not play back' '$WORK/game.log' || ! game_alive" ||
     die "the replay did not reach its end within 180 s"
@@ -111,13 +106,11 @@ e2e_shot 05-replay-end >/dev/null
 check "the replay plays to its end" grep -q 'played to its end' "$WORK/game.log"
 e2e_wm_close "$(xdotool search --onlyvisible --name '^Quillop High Score by ' | head -1)" || die "the replay did not end on close"
 check "the window's replay prints the same trace" cmp -s "$WORK/sim.trace" "$WORK/replay.trace"
-# The same snapshots taken headless: the window shows, pixel for pixel, what quillop-sim paints
-# (what it paints is tested against the rules in tests/shell and tests/sim).
-$PYTHON "$E2E_DIR/replay_check.py" "$WORK/sim.trace" "$REC" "$WORK/sim-shots.scn" "$WORK" >/dev/null
-"$SIM" "$WORK/sim-shots.scn" >/dev/null || die "quillop-sim refused its snapshots (exit $?)"
+# The window shows, pixel for pixel, what quillop-sim paints (what it paints is tested against
+# the rules in tests/shell and tests/sim).
 for t in "${AT[@]}"; do
     check "the replay's snapshot at tick $t is the headless tool's, pixel for pixel" \
-        test "$(compare -metric AE "$ART/replay-$t.png" "$WORK/replay-$t.png" null: 2>&1)" = 0
+        test "$(compare -metric AE "$ART/replay-$t.png" "$WORK/sim/replay-$t.png" null: 2>&1)" = 0
 done
 check "a replay leaves the settings file alone" cmp -s "$CONF" "$WORK/settings-after-play.conf"
 check "a replay keeps no recording of its own" test "$(ls "$REPLAYS" | wc -l)" -eq 1

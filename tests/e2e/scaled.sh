@@ -16,9 +16,8 @@ e2e_start_x
 if [ "$SCALE" = 1.5 ]; then export QT_SCREEN_SCALE_FACTORS=$SCALE; else export QT_SCALE_FACTOR=$SCALE; fi
 mkdir -p "${CONF%/*}"
 printf '[Gorvane]\nHighscore=99999999\n' >"$CONF"   # a best score out of reach: no Congrats! to answer
-e2e_start_game
 px() { awk -v v="$1" -v s="$SCALE" 'BEGIN { printf "%d", v * s + 0.5 }'; }
-e2e_find_frame
+e2e_open
 # 7000 twips outside: 465 px wide inside at 1x
 check "frame scaled: client $FW px wide, about $(px 465)" within "$(px 4)" "$FW" "$(px 465)"
 e2e_find_play 1-ready

@@ -36,17 +36,14 @@ start_sound_server() {
         local bus=unix:path=$XDG_RUNTIME_DIR/bus prog
         command -v pipewire-pulse >/dev/null && command -v wireplumber >/dev/null \
             || die "no sound server to start: pipewire-pulse and wireplumber are not installed (nor pulseaudio)"
-        if [ -z "${PW_BUS_PID:-}" ]; then
-            dbus-daemon --session --address="$bus" --nofork --nopidfile >>"$WORK/dbus.log" 2>&1 &
-            PW_BUS_PID=$!
-            E2E_PIDS+=($PW_BUS_PID)
-            wait_for 5 test -S "$XDG_RUNTIME_DIR/bus" || true
-        fi
+        # the bus outlives a restart of the server
+        test -S "$XDG_RUNTIME_DIR/bus" ||
+            spawn dbus-daemon --session --address="$bus" --nofork --nopidfile >>"$WORK/dbus.log" 2>&1
+        wait_for 5 test -S "$XDG_RUNTIME_DIR/bus" || true
         PW_PIDS=()
         for prog in pipewire wireplumber pipewire-pulse; do
-            DBUS_SESSION_BUS_ADDRESS=$bus $prog >>"$WORK/$prog.log" 2>&1 &
+            spawn env DBUS_SESSION_BUS_ADDRESS="$bus" $prog >>"$WORK/$prog.log" 2>&1
             PW_PIDS+=($!)
-            E2E_PIDS+=($!)
             [ $prog != pipewire ] || sleep 0.3
         done
         wait_for 5 eval 'pactl info >/dev/null 2>&1' || true
@@ -57,8 +54,7 @@ start_sound_server() {
     pactl info | grep -q 'Default Sink: e2e$' || die "no null sink: $(tail -5 "$WORK/$SOUND_SERVER"*.log)"
     log "$SOUND_SERVER up: $(pactl info | grep -E 'Server Name|Default Sink' | tr '\n' ' ')"
     SINK_RAW=$WORK/$1.raw
-    $PYTHON "$E2E_DIR/onsets.py" record "$SINK_RAW" &
-    E2E_PIDS+=($!)
+    spawn $PYTHON "$E2E_DIR/onsets.py" record "$SINK_RAW"
     wait_for 5 eval "pactl list source-outputs 2>/dev/null | grep -q 'application.name = \"parec\"'" || true
     sleep 0.2
 }
@@ -86,8 +82,7 @@ e2e_start_x
 start_sound_server first
 export QUILLOP_SOUND_LOG=1
 T=$(date +%s%N)
-e2e_start_game
-e2e_find_frame
+e2e_open
 # The stream is open for a while after the start-up sound: the mixer sees the game's name.
 check "the mixer shows the client as Quillop with the game's icon" test "$(pactl list clients |
     grep -c -e 'application.name = "Quillop"' -e 'application.icon_name = "io.github.quillop.Quillop"')" -eq 2
@@ -113,8 +108,8 @@ start_sound_server restarted
 sleep 2  # the game looks for the server again every second
 about_box_heard restarted "the sound server restarted"
 # the figures, for the benchmark
-sort -t: -k1,1 -k2n "$WORK/delays" | awk -F: -v s="$SOUND_SERVER" '$1 != k { show(); k = $1; n = 0 } { v[++n] = $2 }
-    function show() { if (n) printf "%s, %s: %d sounds, median %.1f ms, worst %.1f ms\n", s, k, n, (v[int((n + 1) / 2)] + v[int(n / 2) + 1]) / 2, v[n] }
-    END { show() }'
+sort -t: -k1,1 -k2n "$WORK/delays" | awk -F: -v s="$SOUND_SERVER" '{ v[$1, ++n[$1]] = $2 }
+    END { for (k in n) printf "%s, %s: %d sounds, median %.1f ms, worst %.1f ms\n", s, k, n[k],
+        (v[k, int((n[k] + 1) / 2)] + v[k, int(n[k] / 2) + 1]) / 2, v[k, n[k]] }'
 e2e_wm_close "$FRAME" || die "still running 10 s after the close"
 check "the game exits with status 0" test "$GAME_RC" -eq 0

@@ -30,16 +30,14 @@ shown_at() {
 stored() { echo "$(conf_get MDI Left) $(conf_get MDI Top) $(conf_get MDI Width) $(conf_get MDI Height)"; }
 
 # --- an empty home: the default placement, and the window class naming the desktop entry
-e2e_start_game
-e2e_find_frame
+e2e_open
 check "first start: WM_CLASS is Quillop2, io.github.quillop.Quillop" \
     grep -qx 'WM_CLASS(STRING) = "Quillop2", "io.github.quillop.Quillop"' <(xprop -id "$FRAME" WM_CLASS)
 check "first start: shown at the default 300, 300, 7000 x 6000 twips" shown_at 300 300 7000 6000
 close_frame 1-first-start
 
 # --- moved, then the bottom-right corner dragged far up and left ------------
-e2e_start_game
-e2e_find_frame
+e2e_open
 xdotool windowmove "$FRAME" 90 60
 sleep 0.5
 e2e_geometry "$FRAME"
@@ -61,10 +59,9 @@ check "moved and dragged: stored where it was shown" shown_at $(stored)
 # --- stored maximised: reopens maximised and keeps the normal placement -----
 NORMAL=$(stored)
 sed -i '/^\[MDI\]/,/^\[/s/^Windowstate=.*/Windowstate=2/' "$CONF"
-e2e_start_game
-e2e_find_frame
+e2e_open
 maximised() { local s; s=$(xprop -id "$FRAME" _NET_WM_STATE); [[ $s == *MAXIMIZED_VERT* && $s == *MAXIMIZED_HORZ* ]]; }
 check "Windowstate=2: opens maximised" wait_for 2 maximised
 close_frame 3-maximised
-check "maximised: Windowstate = 2 stored, and the normal placement ($NORMAL)" \
-    eval 'conf_is MDI Windowstate 2 && test "$(stored)" = "$NORMAL"'
+check "maximised: Windowstate = 2 stored, and the normal placement ($NORMAL): $(conf_get MDI Windowstate), $(stored)" \
+    test "$(conf_get MDI Windowstate), $(stored)" = "2, $NORMAL"
