@@ -15,16 +15,14 @@ struct EnemyRig : Rig {
     EnemyRig() {
         play();
         sound.played.clear();
-        // The puck out of everyone's way, still "in play".
-        g.shapePuck.Visible = kFalse;
-        g.shapePuck.Left = 10;
-        g.shapePuck.Top = -10000;
+        g.ParkPuck();  // the puck out of everyone's way, still "in play"
         g.CalcPuckEdges();
         g.Speed1 = 1, g.Speed2 = 2, g.Speed3 = 3, g.Speed4 = 4, g.Speed5 = 5, g.Speed6 = 6;
         g.Catfish.Left = 10000;
         g.Jitter = 0;  // no random part in the formations' steps
     }
 };
+struct Enemies : EnemyRig, ::testing::Test {};
 
 }  // namespace
 
@@ -32,58 +30,52 @@ TEST(Mines, APressDropsIntoTheLowestFreeOfThreeSlotsSpreadSideways) {
     Rig rig;
     rig.play();
     Gorvane& g = rig.g;
-    for (int k = 0; k < 4; ++k) {
+    for (int k = 0; k < 3; ++k) {
         Generator next = rig.rnd;
         const double r1 = next.next(), r2 = next.next();
         g.Form_MouseDown(100, 150);
-        if (k == 3) break;
         EXPECT_EQ(std::make_tuple(g.Mines[k].Active, g.Mines[k].Top), std::make_tuple(kTrue, 150.0f - 11));
         EXPECT_FLOAT_EQ(g.Mines[k].Left, static_cast<float>(100 - 12 + r1 * 170 - r2 * 170)) << k;
     }
+    g.Form_MouseDown(100, 150);
     EXPECT_EQ(rig.rnd.draws(), 2u + 11u + 6u);  // the fourth press draws nothing
     EXPECT_EQ(g.Mines[3].Active, kFalse);
     g.Mines[1].Active = kFalse;
+    g.PuckDead = kTrue;  // no drop while the puck is dead, nor without a puck
+    g.Form_MouseDown(300, 50);
+    g.PuckDead = kFalse, g.shapePuck.Visible = kFalse;
+    g.Form_MouseDown(300, 50);
+    EXPECT_EQ(g.Mines[1].Active, kFalse);
+    g.shapePuck.Visible = kTrue;
     g.Form_MouseDown(300, 50);
     EXPECT_EQ(std::make_tuple(g.Mines[1].Active, g.Mines[1].Top), std::make_tuple(kTrue, 50.0f - 11));
-
-    Rig ready;  // no puck: no drop; nor while the puck is dead
-    ready.g.Form_MouseDown(100, 100);
-    ready.play();
-    ready.g.PuckDead = kTrue;
-    ready.g.Form_MouseDown(100, 100);
-    EXPECT_EQ(ready.rnd.draws(), 2u + 11u);
-    EXPECT_EQ(ready.g.Mines[0].Active, kFalse);
+    g.cmdPlay_Click();  // a new game clears the leftovers
+    for (int k = 0; k <= 2; ++k) EXPECT_EQ(g.Mines[k].Active, kFalse) << k;
 }
 
-TEST(Mines, FallFourPixelsATickDriftingAndEndBelowTheField) {
-    EnemyRig rig;
-    Gorvane& g = rig.g;
-    g.Mines[0].Active = kTrue;
-    g.Mines[0].Left = 200, g.Mines[0].Top = 100;
-    Generator next = rig.rnd;
+TEST_F(Enemies, MinesFallFourPixelsATickDriftingAndEndBelowTheField) {
+    SpriteRecord& m = g.Mines[0];
+    m.Active = kTrue, m.Left = 200, m.Top = -6;  // dropped at the very top: it falls on from there
+    Generator next = rnd;
     const double r1 = next.next(), r2 = next.next();
     g.MoveMines();
-    EXPECT_EQ(g.Mines[0].Top, 104);
-    EXPECT_FLOAT_EQ(g.Mines[0].Left, static_cast<float>(200 + r1 * 8 - r2 * 10));
-    g.Mines[0].Top = -6;  // dropped at the very top: it falls on from there
-    g.MoveMines();
-    EXPECT_EQ(g.Mines[0].Top, -2);
+    EXPECT_EQ(std::make_pair(m.Top, m.Left), std::make_pair(-2.0f, static_cast<float>(200 + r1 * 8 - r2 * 10)));
     // A drift that ends exactly on the left edge's line does not wrap yet.
-    forceNextDraw(rig.rnd, 0.5);
-    next = rig.rnd;
+    forceNextDraw(rnd, 0.5);
+    next = rnd;
     next.next();
-    g.Mines[0].Left = static_cast<float>(-24 - 4 + next.next() * 10);
+    m.Left = static_cast<float>(-24 - 4 + next.next() * 10);
     g.MoveMines();
-    EXPECT_EQ(g.Mines[0].Left, -24);
-    g.Mines[0].Left = 460;  // past the right edge: back in from the left
+    EXPECT_EQ(m.Left, -24);
+    m.Left = 460;  // past the right edge: back in from the left
     g.MoveMines();
-    EXPECT_EQ(g.Mines[0].Left, -24);
-    g.Mines[0].Top = 297;
+    EXPECT_EQ(m.Left, -24);
+    m.Top = 297;
     g.MoveMines();
-    EXPECT_EQ(g.Mines[0].Active, kFalse);
-    const auto draws = rig.rnd.draws();
+    EXPECT_EQ(m.Active, kFalse);
+    const auto draws = rnd.draws();
     g.MoveMines();  // an inactive mine neither moves nor draws
-    EXPECT_EQ(rig.rnd.draws(), draws);
+    EXPECT_EQ(rnd.draws(), draws);
 }
 
 // With every Speed different, the eight of the armed row leave the centre in eight different
@@ -114,21 +106,17 @@ TEST(Formations, TheArmedRowSpreadsFromTheCentreInEightDirections) {
     }
 }
 
-TEST(Formations, RandomPartIsNeverNegativeAndInactiveRecordsStillDrift) {
-    EnemyRig rig;
-    Gorvane& g = rig.g;
+TEST_F(Enemies, FormationRandomPartIsNeverNegativeAndInactiveRecordsStillDrift) {
     for (SpriteRecord& r : g.ArseRowA) r.Active = kFalse;
     g.Jitter = 3;
-    const auto draws = rig.rnd.draws();
+    const auto draws = rnd.draws();
     g.UpdateFormation();
-    EXPECT_EQ(rig.rnd.draws() - draws, 16u);
+    EXPECT_EQ(rnd.draws() - draws, 16u);
     EXPECT_GE(g.ArseRowA[0].Left, 208 + 0.7f);
     EXPECT_LT(g.ArseRowA[0].Left, 208 + 0.7f + 3);
 }
 
-TEST(Formations, EnemiesWrapOnAllFourEdges) {
-    EnemyRig rig;
-    Gorvane& g = rig.g;
+TEST_F(Enemies, WrapOnAllFourEdges) {
     SpriteRecord& a = g.ArseRowA[0];  // moves +1, +2 a tick with Jitter 0
     Byte kind = 0;
     auto step = [&](float left, float top, double drift) {
@@ -143,25 +131,21 @@ TEST(Formations, EnemiesWrapOnAllFourEdges) {
 
 // Formation 3: while the Queen lives nothing else moves; her death wakes the Knight and sends
 // her swarm off his place on four diagonals; his death sends his own swarm off hers alike.
-TEST(Swarms, EachDeathReleasesASwarmOnFourDiagonalsAtTheOthersPlace) {
-    EnemyRig rig;
-    Gorvane& g = rig.g;
+TEST_F(Enemies, EachLeadersDeathReleasesASwarmOnFourDiagonalsAtTheOthersPlace) {
     g.Formation = 3;
-    rig.clearRows();
+    clearRows();
     g.ArmQueen();
     g.Queen.Left = 100, g.Queen.Top = 100;
     g.Knight.Left = 300, g.Knight.Top = 50;
     g.UpdateFormation();
-    EXPECT_FLOAT_EQ(g.Queen.Left, 101.7f);
+    EXPECT_EQ(std::make_pair(g.Queen.Left, g.Knight.Left), std::make_pair(101.7f, 300.0f));
     for (auto* row : {&g.ArseRowA, &g.ArseRowB})
         for (int k = 0; k <= 7; ++k) EXPECT_EQ((*row)[k].Left, 208) << k;
-    EXPECT_EQ(g.Knight.Left, 300);
 
     g.Mines[0].Active = kTrue, g.Mines[0].Left = g.Queen.Left + 5, g.Mines[0].Top = g.Queen.Top + 5;
     g.UpdateFormation();
     const float queenLeft = g.Queen.Left, queenTop = g.Queen.Top;
-    EXPECT_EQ(g.Queen.Active, kFalse);
-    EXPECT_EQ(g.Knight.Active, kTrue);
+    EXPECT_EQ(std::make_pair(g.Queen.Active, g.Knight.Active), std::make_pair(kFalse, kTrue));
     const std::vector<SpriteRecord*> queens = {&g.ArseRowA[0], &g.ArseRowA[4], &g.ArseRowB[0], &g.ArseRowB[4]};
     const std::vector<SpriteRecord*> knights = {&g.ArseRowA[1], &g.ArseRowA[5], &g.ArseRowB[1], &g.ArseRowB[5]};
     // One step of each member with Speeds 1 to 6: four diagonals, two of them steeper.
@@ -174,63 +158,48 @@ TEST(Swarms, EachDeathReleasesASwarmOnFourDiagonalsAtTheOthersPlace) {
         }
     };
     sentOff(queens, 300, 50);
-    EXPECT_EQ(g.ArseRowA[2].Active, kFalse);
-    EXPECT_EQ(g.Knight.Left, 300 + 2 * 3);  // the Knight moves from the tick he wakes
+    // The Knight moves from the tick he wakes.
+    EXPECT_EQ(std::make_pair(g.ArseRowA[2].Active, g.Knight.Left), std::make_pair(kFalse, 300.0f + 2 * 3));
     for (SpriteRecord* r : knights) EXPECT_EQ(r->Left, 208);  // his swarm sleeps
 
     g.Mines[1].Active = kTrue, g.Mines[1].Left = g.Knight.Left + 10, g.Mines[1].Top = g.Knight.Top;
     for (SpriteRecord* r : queens) r->Active = kFalse;
     g.UpdateFormation();
-    EXPECT_EQ(g.Knight.Active, kFalse);
-    EXPECT_EQ(g.KnightSwarm, kTrue);
+    EXPECT_EQ(std::make_pair(g.Knight.Active, g.KnightSwarm), std::make_pair(kFalse, kTrue));
     sentOff(knights, queenLeft, queenTop);
     g.UpdateFormation();  // and it keeps flying
     EXPECT_NEAR(knights[3]->Left - queenLeft, 2 * step[3].first, 1e-4);
 }
 
-TEST(Seekers, LaunchAt201Then101Then51TicksFromTheLeftEdge) {
-    EnemyRig rig;
-    Gorvane& g = rig.g;
-    rig.clearRows();
-    rig.ticks(200);
-    EXPECT_EQ(g.Seekers[0].Active, kFalse);
-    rig.ticks(1);
-    EXPECT_EQ(g.Seekers[0].Active, kTrue);
-    EXPECT_EQ(rig.sound.count("seeker3.wav"), 1);
-    rig.ticks(100);
-    EXPECT_EQ(g.Seekers[1].Active, kFalse);
-    rig.ticks(1);
-    EXPECT_EQ(g.Seekers[1].Active, kTrue);
-    rig.ticks(50);
-    EXPECT_EQ(g.Seekers[2].Active, kFalse);
-    rig.ticks(1);
-    EXPECT_EQ(g.Seekers[2].Active, kTrue);
-    rig.ticks(300);
-    EXPECT_EQ(g.Seekers[3].Active, kFalse);  // never launched
-    EXPECT_LE(g.SeekerTimer, 51);            // test 3 keeps resetting it
-    EXPECT_EQ(rig.sound.count("seeker3.wav"), 3);
+TEST_F(Enemies, SeekersLaunchAt201Then101Then51TicksFromTheLeftEdge) {
+    clearRows();
+    std::vector<int> launches;
+    for (int t = 1; t <= 700; ++t) {
+        ticks(1);
+        int active = 0;
+        for (const SpriteRecord& s : g.Seekers) active += s.Active == kTrue;
+        if (active > int(launches.size())) launches.push_back(t);
+    }
+    EXPECT_EQ(launches, (std::vector<int>{201, 302, 353}));  // and never a fourth
+    EXPECT_LE(g.SeekerTimer, 51);  // test 3 keeps resetting it
+    EXPECT_EQ(sound.count("seeker3.wav"), 3);
 
     EnemyRig idle;  // no puck in play: no launch, but the count still wraps
     idle.g.PuckInPlay = kFalse;
     idle.ticks(206);
-    EXPECT_EQ(idle.g.Seekers[0].Active, kFalse);
-    EXPECT_EQ(idle.g.SeekerTimer, 5);
+    EXPECT_EQ(std::make_pair(idle.g.Seekers[0].Active, int(idle.g.SeekerTimer)), std::make_pair(kFalse, 5));
 }
 
-TEST(Seekers, AKillScores2500WithoutCountingAndRestartsTheTimer) {
-    EnemyRig rig;
-    Gorvane& g = rig.g;
-    g.Energized = kTrue;
-    g.shapePuck.Visible = kTrue;
-    rig.putPuck(100, 100, 0, 0);
+TEST_F(Enemies, ASeekerKillScores2500WithoutCountingAndRestartsTheTimer) {
+    g.Energized = g.shapePuck.Visible = kTrue;
+    putPuck(100, 100, 0, 0);
     SpriteRecord& s = g.Seekers[0];
     s.Active = kTrue, s.Left = 96, s.Top = 96;
     g.SeekerTimer = 150;
-    const int kills = g.KillCount;
     Byte kind = 1;
     g.UpdateArse(s, 0, 0, g.Speed1, g.Speed1, kind);
-    EXPECT_EQ(std::make_tuple(s.Active, rig.mod.Score, int(g.KillCount), int(g.SeekerTimer), int(g.Lives)),
-              std::make_tuple(kFalse, 2500.0, kills, 0, 3));
+    EXPECT_EQ(std::make_tuple(s.Active, mod.Score, int(g.KillCount), int(g.SeekerTimer), int(g.Lives)),
+              std::make_tuple(kFalse, 2500.0, 0, 0, 3));
 }
 
 }  // namespace quillop::test

@@ -2,7 +2,9 @@
 // minimised, and File, New Game.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "game/frame.h"
@@ -26,47 +28,44 @@ struct TestFrameWindow : StoredFrame {
     }
 };
 
+// A frame loaded over the given store and shown; `opened` is the state the window system
+// gave it before any resize.
 struct FrameRig : Rig {
     TestFrameWindow frameWindow;
     MdiFrame frame{frameWindow, settings, mod, [this]() -> Gorvane& { return g; }};
-    void start() {
+    explicit FrameRig(std::map<std::string, std::string> stored = {}, WindowState opened = kNormal) {
+        settings.values = std::move(stored);
+        frameWindow.state = opened;
         frameWindow.frame = &frame;
         frame.Form_Load();
-        frameWindow.resized();  // shown
+        frameWindow.resized();
     }
 };
 
 }  // namespace
 
-TEST(FrameArrangement, FirstStartWithAnEmptyStore) {
+TEST(FrameArrangement, FirstStartAndTheNormalFrameSnapsBackToItsMinimumSize) {
     FrameRig rig;
-    rig.start();
-    EXPECT_EQ(placement(rig.frameWindow), (std::vector<float>{300, 300, 7000, 6000}));
-    EXPECT_EQ(rig.frameWindow.state, kNormal);
-    EXPECT_EQ(rig.frameWindow.scorePanelWidth, 6500);
+    TestFrameWindow& w = rig.frameWindow;
+    EXPECT_EQ(placement(w), (std::vector<float>{300, 300, 7000, 6000}));
+    EXPECT_EQ(std::make_pair(w.state, w.scorePanelWidth), std::make_pair(kNormal, 6500.0f));
     EXPECT_EQ(placement(rig.window), (std::vector<float>{400, 100, 6620, 4700}));
-}
-
-TEST(FrameArrangement, TheNormalFrameSnapsBackToItsMinimumSize) {
-    FrameRig rig;
-    rig.start();
-    rig.frameWindow.setWidth(4000);
-    rig.frameWindow.setHeight(3000);
-    EXPECT_EQ(placement(rig.frameWindow), (std::vector<float>{300, 300, 6000, 5000}));
+    w.setWidth(4000);
+    w.setHeight(3000);
+    EXPECT_EQ(placement(w), (std::vector<float>{300, 300, 6000, 5000}));
     EXPECT_EQ(placement(rig.window), (std::vector<float>{400, 100, 5620, 3700}));
-    // Maximised on a tiny screen there is no snap: the playfield falls back to 2 x 2.
-    rig.frameWindow.state = kMaximized;
-    rig.frameWindow.setWidth(300);
-    rig.frameWindow.setHeight(1000);
-    EXPECT_EQ(std::make_pair(rig.window.widthT, rig.window.heightT), std::make_pair(2.0f, 2.0f));
-    rig.frameWindow.setWidth(380);  // nothing left over is no size either
-    rig.frameWindow.setHeight(1300);
-    EXPECT_EQ(std::make_pair(rig.window.widthT, rig.window.heightT), std::make_pair(2.0f, 2.0f));
+    // Maximised on a tiny screen there is no snap: the playfield falls back to 2 x 2, and
+    // nothing left over is no size either.
+    w.state = kMaximized;
+    for (const auto& [width, height] : {std::make_pair(300.0f, 1000.0f), std::make_pair(380.0f, 1300.0f)}) {
+        w.setWidth(width);
+        w.setHeight(height);
+        EXPECT_EQ(std::make_pair(rig.window.widthT, rig.window.heightT), std::make_pair(2.0f, 2.0f)) << width;
+    }
 }
 
 TEST(FramePlacement, SavedNormallyThenMaximisedThenMinimised) {
     FrameRig rig;
-    rig.start();
     rig.frameWindow.setTop(120);
     rig.frameWindow.setWidth(8000.5f);
     rig.frame.SaveMDISettings();
@@ -77,38 +76,23 @@ TEST(FramePlacement, SavedNormallyThenMaximisedThenMinimised) {
     rig.frameWindow.setWidth(20000);
     rig.frame.SaveMDISettings();
     EXPECT_EQ(rig.settings.values["MDI/Width"] + " " + rig.settings.values["MDI/Windowstate"], "8000.5 2");
-
-    FrameRig next;
-    next.settings.values = rig.settings.values;
-    next.start();
-    EXPECT_EQ(next.frameWindow.state, kMaximized);
-    next.settings.values["MDI/Windowstate"] = "1";
-    FrameRig third;
-    third.settings.values = next.settings.values;
-    third.start();
-    EXPECT_EQ(third.frameWindow.state, kNormal);  // a minimised frame reopens normal
+    EXPECT_EQ(FrameRig(rig.settings.values).frameWindow.state, kMaximized);
+    rig.settings.values["MDI/Windowstate"] = "1";
+    EXPECT_EQ(FrameRig(rig.settings.values).frameWindow.state, kNormal);  // a minimised frame reopens normal
 }
 
 TEST(FramePlacement, NeverNormalThisRunKeepsTheStoredPlacement) {
-    FrameRig rig;
-    rig.settings.values["MDI/Windowstate"] = "2";
-    rig.settings.values["MDI/Top"] = "55";
-    rig.frameWindow.frame = &rig.frame;
-    rig.frameWindow.state = kMaximized;  // the window system opened it maximised before any resize
-    rig.frame.Form_Load();
+    FrameRig rig({{"MDI/Windowstate", "2"}, {"MDI/Top", "55"}}, kMaximized);
     EXPECT_FALSE(rig.frame.MDIPlacement().has_value());
-    rig.settings.writes.clear();
     rig.frame.SaveMDISettings();
     EXPECT_EQ(rig.settings.writes, std::vector<std::string>{"MDI/Windowstate=2"});
     EXPECT_EQ(rig.settings.values["MDI/Top"], "55");
 }
 
 TEST(Settings, UnusableStoredValuesFallBackOneByOne) {
-    FrameRig rig;
-    rig.settings.values = {{"MDI/Top", "abc"},        {"MDI/Left", "1e999"},   {"MDI/Height", "10"},
-                           {"MDI/Width", "7500"},     {"MDI/Windowstate", "7"}, {"Gorvane/Highscore", "nan"},
-                           {"Gorvane/Highscorer", ""}, {"Gorvane/Top", "-5e9"}};
-    rig.start();
+    FrameRig rig({{"MDI/Top", "abc"}, {"MDI/Left", "1e999"}, {"MDI/Height", "10"}, {"MDI/Width", "7500"},
+                  {"MDI/Windowstate", "7"}, {"Gorvane/Highscore", "nan"}, {"Gorvane/Highscorer", ""},
+                  {"Gorvane/Top", "-5e9"}});
     EXPECT_EQ(placement(rig.frameWindow), (std::vector<float>{300, 300, 7500, 6000}));  // the good entry survives
     EXPECT_EQ(rig.frameWindow.state, kNormal);
 
@@ -134,26 +118,25 @@ TEST(Settings, ThePlayfieldCloseWritesItsEntriesInOrder) {
 
 TEST(NewGame, WithoutAGameItStartsSilentlyDuringOneItAsks) {
     FrameRig rig;
-    rig.start();
+    auto state = [&] {
+        return std::make_tuple(rig.host.questions, int(rig.g.Level), rig.g.Timer1.Enabled, rig.mod.GameOver);
+    };
     rig.sound.played.clear();
     rig.frame.mnuNewGame_Click();
-    EXPECT_EQ(rig.host.questions, 0);
     EXPECT_EQ(rig.sound.played, std::vector<std::string>{"begin.wav"});  // StartOver's own
-    EXPECT_EQ(rig.g.Timer1.Enabled, kFalse);
+    EXPECT_EQ(state(), std::make_tuple(0, 1, kFalse, kTrue));
 
     rig.g.cmdPlay_Click();
     rig.g.Level = 5;
     rig.host.answer = false;
     rig.frame.mnuNewGame_Click();
     EXPECT_EQ(rig.sound.played.back(), "catfish.wav");
-    EXPECT_EQ(std::make_tuple(rig.host.questions, int(rig.g.Level), rig.g.Timer1.Enabled, rig.mod.GameOver),
-              std::make_tuple(1, 5, kTrue, kFalse));
+    EXPECT_EQ(state(), std::make_tuple(1, 5, kTrue, kFalse));
 
     rig.host.answer = true;
     rig.frame.mnuNewGame_Click();
     // The next game's variables are already drawn: level 1.
-    EXPECT_EQ(std::make_tuple(rig.host.questions, int(rig.g.Level), rig.g.Timer1.Enabled, rig.mod.GameOver),
-              std::make_tuple(2, 1, kFalse, kTrue));
+    EXPECT_EQ(state(), std::make_tuple(2, 1, kFalse, kTrue));
     EXPECT_EQ(rig.g.cmdPlay.Visible, kTrue);
 }
 

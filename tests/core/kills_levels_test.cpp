@@ -14,11 +14,9 @@ struct KillRig : ClearRig {
     // An Arse sitting on mine 0: the next update kills it.
     void mineUnder(SpriteRecord& arse) {
         arse.Active = kTrue;
-        arse.Width = 24;  // record 8 of a row is never loaded
-        arse.Height = 22;
+        arse.Width = 24, arse.Height = 22;  // record 8 of a row is never loaded
         arse.Left = arse.Top = 100;
-        g.Mines[0].Active = kTrue;
-        g.Mines[0].Left = g.Mines[0].Top = 110;
+        g.Mines[0].Active = kTrue, g.Mines[0].Left = g.Mines[0].Top = 110;
     }
     // Arse 0 of row A on the puck, then its update.
     SpriteRecord& puckHitsArse() {
@@ -30,50 +28,42 @@ struct KillRig : ClearRig {
     }
     void update(SpriteRecord& arse, Byte kind = 0) { g.UpdateArse(arse, 0, 0, g.Speed1, g.Speed2, kind); }
 };
+struct Kills : KillRig, ::testing::Test {};
 
 }  // namespace
 
-TEST(Kills, AMineKillsWithoutCostingALifeButOnlyOnOverlapAndWithALivePuck) {
-    KillRig rig;
-    Gorvane& g = rig.g;
-    rig.mineUnder(g.ArseRowA[0]);
+TEST_F(Kills, AMineKillsWithoutCostingALifeButOnlyOnOverlapAndWithALivePuck) {
+    SpriteRecord& a = g.ArseRowA[0];
+    mineUnder(a);
     g.Mines[0].Left = 124;  // exactly at the arse's right edge: no contact
-    rig.update(g.ArseRowA[0]);
-    EXPECT_EQ(g.ArseRowA[0].Active, kTrue);
-    g.Mines[0].Left = 110;
-    g.PuckDead = kTrue;
-    rig.update(g.ArseRowA[0]);
-    EXPECT_EQ(g.ArseRowA[0].Active, kTrue);
+    update(a);
+    g.Mines[0].Left = 110, g.PuckDead = kTrue;
+    update(a);
+    EXPECT_EQ(a.Active, kTrue);
     g.PuckDead = kFalse;
-    rig.update(g.ArseRowA[0]);
-    EXPECT_EQ(std::make_tuple(g.ArseRowA[0].Active, g.Mines[0].Active), std::make_tuple(kFalse, kFalse));
-    EXPECT_EQ(rig.surface.paints.back().picture, Pic::Minemask);
-    EXPECT_EQ(rig.mod.Score, 1000);
-    EXPECT_EQ(g.KillCount, 2);  // counted twice per ordinary kill
-    EXPECT_EQ(g.Lives, 3);
-    EXPECT_EQ(rig.sound.played, std::vector<std::string>{"arsedeath.wav"});
+    update(a);
+    // Counted twice per ordinary kill.
+    EXPECT_EQ(std::make_tuple(a.Active, g.Mines[0].Active, surface.paints.back().picture, mod.Score,
+                              int(g.KillCount), int(g.Lives)),
+              std::make_tuple(kFalse, kFalse, Pic::Minemask, 1000.0, 2, 3));
+    EXPECT_EQ(sound.played, std::vector<std::string>{"arsedeath.wav"});
 }
 
-TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
-    KillRig rig;
-    Gorvane& g = rig.g;
-    const int pumps = rig.clock.pumps;
-    rig.puckHitsArse();
-    EXPECT_EQ(g.Lives, 2);
-    EXPECT_EQ(rig.sound.played, (std::vector<std::string>{"arsedeath.wav", "blowup.wav"}));
-    // Six frames then six erasers, centred on the puck where it was hit.
+TEST_F(Kills, ALostPuckExplodesParksAndOffersDropUnlessEnergized) {
+    puckHitsArse();
+    EXPECT_EQ(sound.played, (std::vector<std::string>{"arsedeath.wav", "blowup.wav"}));
+    // Six frames then six erasers, centred on the puck where it was hit, two waits each.
     std::vector<Pic> frames;
-    for (const Paint& p : rig.surface.paints)
+    for (const Paint& p : surface.paints)
         if (p.x == 104 + (8 - 32) / 2.0f && p.y == 104 + (8 - 32) / 2.0f) frames.push_back(p.picture);
     ASSERT_EQ(frames.size(), 12u);
     EXPECT_EQ(std::make_tuple(frames[0], frames[5], frames[6], frames[11]),
               std::make_tuple(Pic::Explosion0, Pic::Explosion5, Pic::Explosionmask0, Pic::Explosionmask5));
-    EXPECT_GE(rig.clock.pumps - pumps, 24);  // twelve waits of two passes each
-    EXPECT_FLOAT_EQ(g.cmdDrop.Left, (440 - 145) / 2.0f);
-    EXPECT_FLOAT_EQ(g.cmdDrop.Top, (300 - 41) / 2.0f);
-    EXPECT_EQ(g.PuckDead, kTrue);  // parked, a dark red rounded square: the scenario check sees that
-    EXPECT_EQ(rig.mod.Score, 1000);
-    rig.ticks(1);
+    EXPECT_GE(clock.pumps, 24);
+    // Parked, a dark red rounded square: the scenario check sees that.
+    EXPECT_EQ(std::make_tuple(g.cmdDrop.Left, g.cmdDrop.Top, g.PuckDead, int(g.Lives), mod.Score),
+              std::make_tuple((440 - 145) / 2.0f, (300 - 41) / 2.0f, kTrue, 2, 1000.0));
+    ticks(1);
     EXPECT_EQ(g.PuckDead, kFalse);
 
     KillRig touching;  // the puck's bottom only touches the Arse's top: no contact
@@ -89,19 +79,16 @@ TEST(LostPuck, AnUnenergizedPuckExplodesParksAndOffersDrop) {
     EXPECT_EQ(std::make_tuple(int(energized.g.Lives), energized.g.shapePuck.Visible), std::make_tuple(3, kTrue));
 }
 
-TEST(LostPuck, TheWaitEndsAcrossMidnight) {
-    KillRig rig;
-    rig.clock.now = 86400 - 1.0 / 128;
-    rig.g.Timester(0.004);
-    EXPECT_LT(rig.clock.pumps, 10);
-    EXPECT_LT(rig.clock.now, 1.0);
+TEST_F(Kills, TheExplosionsWaitEndsAcrossMidnight) {
+    clock.now = 86400 - 1.0 / 128;
+    g.Timester(0.004);
+    EXPECT_LT(clock.pumps, 10);
+    EXPECT_LT(clock.now, 1.0);
 }
 
 // Kill after kill: eight levels, each with a life, a formation of its own that moves at
 // once, a shorter energy, and the last one on a white field.
-TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
-    KillRig rig;
-    Gorvane& g = rig.g;
+TEST_F(Kills, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
     g.Speed1 = 1, g.Speed2 = 2, g.Speed3 = 3, g.Speed4 = 4, g.Speed5 = 5, g.Speed6 = 6;
     std::vector<int> at, energy;
     std::vector<std::uint32_t> field;
@@ -109,30 +96,27 @@ TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
     for (int kill = 1; kill <= 70; ++kill) {
         const int level = g.Level;
         g.ArseRowA[1].Left = 7;  // away from the centre: a row-A level brings it back
-        rig.mineUnder(g.ArseRowB[8]);  // a spare record, so the armed rows are untouched
-        rig.update(g.ArseRowB[8]);
+        mineUnder(g.ArseRowB[8]);  // a spare record, so the armed rows are untouched
+        update(g.ArseRowB[8]);
         if (g.Level == level) continue;
-        EXPECT_EQ(g.Level, level + 1);
-        EXPECT_EQ(g.Queen.Active, g.Formation == 3 ? kTrue : kFalse);
-        EXPECT_EQ(g.ArseRowB[7].Active, g.Formation == 2 ? kTrue : kFalse);  // the row armed whole
+        // The row armed whole; only a row-A level re-centres the field.
+        EXPECT_EQ(std::make_tuple(int(g.Level), g.Queen.Active, g.ArseRowB[7].Active, g.ArseRowA[1].Left),
+                  std::make_tuple(level + 1, toBoolean(g.Formation == 3), toBoolean(g.Formation == 2),
+                                  g.Formation == 1 ? 208.0f : 7.0f));
         at.push_back(kill);
-        field.push_back(rig.surface.backColors.back());
-        if (g.ArseRowA[1].Active == kTrue) {
-            EXPECT_EQ(g.ArseRowA[1].Left, 208);
-        }
+        field.push_back(surface.backColors.back());
         const float a = g.ArseRowA[0].Left, b = g.ArseRowB[0].Left, q = g.Queen.Left;
         g.UpdateFormation();
         moving += g.Queen.Left != q ? 'Q' : g.ArseRowB[0].Left != b ? 'B' : g.ArseRowA[0].Left != a ? 'A' : '-';
-        rig.clearRows();
+        clearRows();
         g.Queen.Active = kFalse;
-        g.Energized = kTrue;  // how long an energized puck lasts now
-        g.EnergizedTicks = 0;
-        int ticks = 0;
-        for (; g.Energized == kTrue && ticks < 300; ++ticks) {
+        g.Energized = kTrue, g.EnergizedTicks = 0;  // how long an energized puck lasts now
+        int lasted = 0;
+        for (; g.Energized == kTrue && lasted < 300; ++lasted) {
             g.AdvanceCounters();
             g.EndOfEnergy();
         }
-        energy.push_back(ticks);
+        energy.push_back(lasted);
         g.Jitter = 0;
     }
     EXPECT_EQ(at, (std::vector<int>{8, 16, 26, 34, 42, 52, 60, 68}));
@@ -142,57 +126,46 @@ TEST(Levels, KillsBringEightLevelsEachWithALifeAFormationAndShorterEnergy) {
     EXPECT_EQ(g.Lives, 3 + 8);
 }
 
-TEST(EndOfGame, TheLastLifeEndsTheGameExactlyOnceWithInsertCoin) {
-    KillRig rig;
-    Gorvane& g = rig.g;
-    rig.mod.Score = rig.mod.Highscore = 5000;  // equal: no dialog
+TEST_F(Kills, TheLastLifeEndsTheGameExactlyOnceWithInsertCoin) {
+    mod.Score = mod.Highscore = 5000;  // equal: no dialog
     g.Lives = 0;
-    rig.ticks(3);
+    ticks(3);
     // Insert Coin, Play, the hidden puck and the lives' count are the scenario check's; here
-    // what the trace cannot show.
-    EXPECT_EQ(rig.host.lives, "0");
+    // what the trace cannot show. The field keeps moving behind the message.
+    EXPECT_EQ(std::make_tuple(host.lives, sound.count("gameover.wav"), host.highscoreDialogs, g.Timer1.Enabled),
+              std::make_tuple(std::string("0"), 1, 0, kTrue));
     EXPECT_FLOAT_EQ(g.Label7.Top, g.cmdPlay.Top - g.Label7.Height - 10);
-    EXPECT_EQ(rig.sound.count("gameover.wav"), 1);
-    EXPECT_EQ(rig.host.highscoreDialogs, 0);
-    EXPECT_EQ(rig.host.caption, "Quillop High Score by Ormswell - 5000");
-    EXPECT_EQ(g.Timer1.Enabled, kTrue);  // the field keeps moving behind the message
+    EXPECT_EQ(host.caption, "Quillop High Score by Ormswell - 5000");
 }
 
-TEST(EndOfGame, ABetterScoreOpensTheDialogBeforeTheCaptionIsRefreshed) {
-    KillRig rig;
+TEST_F(Kills, ABetterScoreOpensTheDialogBeforeTheCaptionIsRefreshed) {
     std::string captionDuringDialog;
-    rig.host.onHighscoreDialog = [&] {
-        captionDuringDialog = rig.host.caption;
-        rig.mod.Highscore = rig.mod.Score;
-        rig.mod.Highscorer = "Ada";
-        const auto draws = rig.rnd.draws();
-        rig.g.Timer1_Timer();  // a timer event while the dialog is up: dropped, not nested
-        EXPECT_EQ(rig.rnd.draws(), draws);
+    host.onHighscoreDialog = [&] {
+        captionDuringDialog = host.caption;
+        mod.Highscore = mod.Score;
+        mod.Highscorer = "Ada";
+        const auto draws = rnd.draws();
+        g.Timer1_Timer();  // a timer event while the dialog is up: dropped, not nested
+        EXPECT_EQ(rnd.draws(), draws);
     };
-    rig.mod.Score = 5001;
-    rig.mod.Highscore = 5000;
-    rig.g.Lives = 0;
-    rig.ticks(2);
-    EXPECT_EQ(rig.host.highscoreDialogs, 1);
-    EXPECT_EQ(captionDuringDialog, "Quillop High Score by Ormswell - 0");
-    EXPECT_EQ(rig.host.caption, "Quillop High Score by Ada - 5001");
+    mod.Score = 5001, mod.Highscore = 5000;
+    g.Lives = 0;
+    ticks(2);
+    EXPECT_EQ(host.highscoreDialogs, 1);
+    EXPECT_EQ(captionDuringDialog + " / " + host.caption,
+              "Quillop High Score by Ormswell - 0 / Quillop High Score by Ada - 5001");
 }
 
 // The 78th ordinary kill wins, by a mine or by the puck (which then needs no life and
 // offers no Drop).
-TEST(EndOfGame, TheSeventyEighthOrdinaryKillWins) {
-    KillRig rig;
-    Gorvane& g = rig.g;
-    g.KillCount = 154;
-    rig.mod.Score = 100;
-    rig.mineUnder(g.ArseRowA[2]);
-    rig.update(g.ArseRowA[2]);
-    EXPECT_EQ(g.Label7.Caption, "You Win !!");
-    EXPECT_EQ(std::make_tuple(g.Label7.Visible, g.cmdPlay.Visible, g.PuckInPlay, rig.mod.GameOver, g.shapePuck.Visible),
-              std::make_tuple(kTrue, kTrue, kFalse, kTrue, kFalse));
-    EXPECT_EQ(g.shapePuck.Top, -10000);
-    EXPECT_EQ(rig.sound.played.back(), "goodjob.wav");
-    EXPECT_EQ(rig.host.highscoreDialogs, 1);
+TEST_F(Kills, TheSeventyEighthOrdinaryKillWins) {
+    g.KillCount = 154, mod.Score = 100;
+    mineUnder(g.ArseRowA[2]);
+    update(g.ArseRowA[2]);
+    EXPECT_EQ(std::make_tuple(g.Label7.Caption, g.Label7.Visible, g.cmdPlay.Visible, g.PuckInPlay, mod.GameOver),
+              std::make_tuple(std::string("You Win !!"), kTrue, kTrue, kFalse, kTrue));
+    EXPECT_EQ(std::make_tuple(g.shapePuck.Visible, g.shapePuck.Top, sound.played.back(), host.highscoreDialogs),
+              std::make_tuple(kFalse, -10000.0f, std::string("goodjob.wav"), 1));
     EXPECT_EQ(g.KillCount, 156);
 
     KillRig byPuck;

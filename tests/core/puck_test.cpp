@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <tuple>
 
 #include "tests/core/rig.h"
@@ -10,107 +11,78 @@ namespace quillop::test {
 
 namespace {
 
-struct PuckRig : ClearRig {
-    PuckRig() {
-        g.Increment = 1.2;
-        g.Form_MouseMove(200, 250);  // paddle 184..216, line at 248
-    }
-    // One step from (left, top) with the given move; the sounds are those of this step.
-    void step(float left, float top, double xmove, double ymove, bool below = false) {
-        sound.played.clear();
-        g.PuckBelowPaddle = below ? kTrue : kFalse;
-        putPuck(left, top, xmove, ymove);
-        g.MovePuck();
-    }
-    // The puck's place after the bounces, before the move of the same step.
-    float leftBeforeMove() const { return static_cast<float>(g.shapePuck.Left - g.XMove * g.Increment); }
-    float topBeforeMove() const { return static_cast<float>(g.shapePuck.Top - g.YMove * g.Increment); }
-    std::vector<std::string> sounds() const { return sound.played; }
-};
-
 using Sounds = std::vector<std::string>;
+struct PuckStep : ClearRig, ::testing::Test {};
+
+// One step from a set place, move and side of the paddle line, and what it leaves: the place
+// after the bounces (before the move of the same step), the new move and step factor, the
+// side of the line and the sound.
+struct Step {
+    float left, top;
+    double xmove, ymove;
+    bool below;
+    double increment;
+    float leftAt, topAt;
+    double xAfter, yAfter, incrementAfter;
+    bool belowAfter;
+    Sounds sounds;
+};
 
 }  // namespace
 
-// The side and top walls reverse the move and draw the step factor toward one; an edge
-// exactly on the border does not bounce; the bottom is a wall that leaves the factor alone.
-TEST(Walls, BouncesReverseOnlyPastTheBorder) {
-    PuckRig rig;
-    Gorvane& g = rig.g;
-    g.Form_MouseMove(-500, -500);  // the paddle out of the way
-    rig.step(432, 100, 1, 0);      // right edge exactly at W = 440
-    EXPECT_GT(g.XMove, 0);
-    rig.step(0, 100, -1, 0);  // left edge exactly at L
-    EXPECT_LT(g.XMove, 0);
-    EXPECT_TRUE(rig.sounds().empty());
-
-    rig.step(432.5f, 100, 2, 0);
-    EXPECT_DOUBLE_EQ(g.Increment, std::pow(1.2, 0.6));
-    EXPECT_DOUBLE_EQ(g.XMove, -2 * 0.998);
-    EXPECT_NEAR(rig.leftBeforeMove(), 440 - 8 - 3, 1e-4);
-    EXPECT_EQ(rig.sounds(), Sounds{"sidebounce.wav"});
-    g.Increment = 4.0;
-    rig.step(-0.5f, 100, -2, 0);
-    EXPECT_NEAR(rig.leftBeforeMove(), 3, 1e-4);
-    EXPECT_NEAR(g.Increment, 2.2974, 1e-4);
-    rig.step(100, -1, 0, -3);
-    EXPECT_DOUBLE_EQ(g.YMove, (3 + 0.5) * 0.998);
-    EXPECT_NEAR(rig.topBeforeMove(), 0, 1e-4);
-    EXPECT_NEAR(g.Increment, 1.6472, 1e-4);
-
-    g.Increment = 1.2;
-    rig.step(100, 293, 0, 3);
-    EXPECT_EQ(g.Increment, 1.2);
-    EXPECT_DOUBLE_EQ(g.YMove, (-3 + 0.5) * 0.998);
-    EXPECT_NEAR(rig.topBeforeMove(), 300 - 8, 1e-4);
-    EXPECT_EQ(rig.sounds(), Sounds{"bottombounce.wav"});
-    EXPECT_EQ(g.shapePuck.Visible, kTrue);  // the bottom never loses the puck
-}
-
-TEST(Paddle, CatchesAFastPuckOnItsLineAndKicksByTheOffsetFromItsCentre) {
-    PuckRig rig;
-    Gorvane& g = rig.g;
-    const Paint paddle = rig.surface.paints.back();  // drawn under the pointer, two pixels up
-    EXPECT_EQ(std::make_tuple(paddle.picture, paddle.x, paddle.y), std::make_tuple(Pic::Paddle0, 184.0f, 248.0f));
-    rig.step(196, 245, 0, 12);  // bottom 253: five pixels through, centred
-    EXPECT_NEAR(rig.topBeforeMove(), 240, 1e-4);
-    EXPECT_DOUBLE_EQ(g.YMove, (-12 + 0.5) * 0.998);
-    EXPECT_DOUBLE_EQ(g.XMove, 0);  // centred: no kick
-    EXPECT_EQ(g.PuckBelowPaddle, kFalse);
-    EXPECT_EQ(rig.sounds(), Sounds{"paddlebounce.wav"});
-    rig.step(206, 245, 1, 5);  // centre 210: ten pixels right
-    EXPECT_DOUBLE_EQ(g.PaddleDeflection, 9.375);
-    EXPECT_DOUBLE_EQ(g.XMove, (1 + 9.375) * 0.998);
+TEST_F(PuckStep, WallsAndThePaddleBounceOnlyPastTheirLines) {
+    const double d = 0.998, x = 30 / 32.0;  // the drag; the narrow paddle's kick per pixel
+    const Sounds side{"sidebounce.wav"}, paddle{"paddlebounce.wav"};
+    const Step steps[] = {
+        // Side and top walls reverse the move and draw the step factor toward one; an edge
+        // exactly on the border does not bounce.
+        {432, 100, 1, 0, false, 1.2, 432, 100, d, 0.5 * d, 1.2, false, {}},
+        {0, 100, -1, 0, false, 1.2, 0, 100, -d, 0.5 * d, 1.2, false, {}},
+        {432.5f, 100, 2, 0, false, 1.2, 429, 100, -2 * d, 0.5 * d, std::pow(1.2, 0.6), false, side},
+        {-0.5f, 100, -2, 0, false, 4, 3, 100, 2 * d, 0.5 * d, std::pow(4, 0.6), false, side},
+        {100, -1, 0, -3, false, 1.2, 100, 0, 0, 3.5 * d, std::pow(1.2, 0.6), false, side},
+        // The bottom is a wall that leaves the factor alone and never loses the puck.
+        {100, 293, 0, 3, false, 1.2, 100, 292, 0, -2.5 * d, 1.2, true, {"bottombounce.wav"}},
+        // The paddle (184 to 216, its line at 248) catches a fast puck on its line and kicks it
+        // by the offset of its centre from the paddle's.
+        {196, 245, 0, 12, false, 1.2, 196, 240, 0, -11.5 * d, 1.2, false, paddle},
+        {206, 245, 1, 5, false, 1.2, 206, 240, (1 + 10 * x) * d, -4.5 * d, 1.2, false, paddle},
+        // The span test compares the centre at the left end but the left edge less half a
+        // width at the right end.
+        {181, 245, 0, 5, false, 1.2, 181, 240, -15 * x * d, -4.5 * d, 1.2, false, paddle},
+        {180, 245, 0, 5, false, 1.2, 180, 245, 0, 5.5 * d, 1.2, true, {}},
+        {219, 245, 0, 5, false, 1.2, 219, 240, 23 * x * d, -4.5 * d, 1.2, false, paddle},
+        {220, 245, 0, 5, false, 1.2, 220, 245, 0, 5.5 * d, 1.2, true, {}},
+        // From below the puck is struck down and hangs under the line; outside the span it
+        // passes, its bottom on the line still below, above it "above" again.
+        {196, 247, 0, -3, true, 1.2, 196, 248, 0, 3.5 * d, 1.2, true, paddle},
+        {300, 240, 0, 0, true, 1.2, 300, 240, 0, 0.5 * d, 1.2, true, {}},
+        {300, 230, 0, -3, true, 1.2, 300, 230, 0, -2.5 * d, 1.2, false, {}},
+    };
+    g.Form_MouseMove(200, 250);
+    const Paint drawn = surface.paints.back();  // under the pointer, two pixels up
+    EXPECT_EQ(std::make_tuple(drawn.picture, drawn.x, drawn.y), std::make_tuple(Pic::Paddle0, 184.0f, 248.0f));
+    for (std::size_t k = 0; k < std::size(steps); ++k) {
+        const Step& s = steps[k];
+        SCOPED_TRACE(k);
+        sound.played.clear();
+        g.Increment = s.increment;
+        g.PuckBelowPaddle = toBoolean(s.below);
+        putPuck(s.left, s.top, s.xmove, s.ymove);
+        g.MovePuck();
+        EXPECT_NEAR(g.shapePuck.Left - g.XMove * g.Increment, s.leftAt, 1e-4);
+        EXPECT_NEAR(g.shapePuck.Top - g.YMove * g.Increment, s.topAt, 1e-4);
+        EXPECT_DOUBLE_EQ(g.XMove, s.xAfter);
+        EXPECT_DOUBLE_EQ(g.YMove, s.yAfter);
+        EXPECT_DOUBLE_EQ(g.Increment, s.incrementAfter);
+        EXPECT_EQ(std::make_tuple(g.PuckBelowPaddle, g.shapePuck.Visible, sound.played),
+                  std::make_tuple(toBoolean(s.belowAfter), kTrue, s.sounds));
+    }
     g.PaddleWidth = 64;  // the wide paddle kicks half as hard
     g.Form_MouseMove(200, 250);
-    rig.step(186, 245, 0, 5);  // centre 190
-    EXPECT_DOUBLE_EQ(g.PaddleDeflection, -4.6875);
-}
-
-TEST(Paddle, TheSpanTestComparesTheCentreLeftButTheLeftEdgeRight) {
-    PuckRig rig;
-    auto caught = [&](float left) {
-        rig.step(left, 245, 0, 5);
-        return rig.g.YMove < 0;
-    };
-    EXPECT_TRUE(caught(181));   // centre 185 > 184
-    EXPECT_FALSE(caught(180));  // centre 184 is not beyond the end
-    EXPECT_TRUE(caught(219));   // left - 4 = 215 < 216, centre already past the end
-    EXPECT_FALSE(caught(220));
-}
-
-TEST(Paddle, FromBelowThePuckIsStruckDownAndHangsUnderTheLine) {
-    PuckRig rig;
-    rig.step(196, 247, 0, -3, true);
-    EXPECT_NEAR(rig.topBeforeMove(), 248, 1e-4);
-    EXPECT_DOUBLE_EQ(rig.g.YMove, (3 + 0.5) * 0.998);
-    EXPECT_EQ(rig.g.PuckBelowPaddle, kTrue);
-    // Outside the span it passes; once its bottom is above the line it is "above" again.
-    rig.step(300, 240, 0, 0, true);  // its bottom on the line: still below
-    EXPECT_EQ(rig.g.PuckBelowPaddle, kTrue);
-    rig.step(300, 230, 0, -3, true);
-    EXPECT_LT(rig.g.YMove, 0);
-    EXPECT_EQ(rig.g.PuckBelowPaddle, kFalse);
+    putPuck(186, 245, 0, 5);
+    g.MovePuck();
+    EXPECT_DOUBLE_EQ(g.PaddleDeflection, -10 * 30 / 64.0);
 }
 
 }  // namespace quillop::test

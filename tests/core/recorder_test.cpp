@@ -14,6 +14,10 @@ std::string body(const GameRecorder& r) {
     return text.substr(text.find("highscorer"));
 }
 
+void ticks(GameRecorder& r, int n) {
+    for (int k = 0; k < n; ++k) r.tickBegins(), r.tickEnds();
+}
+
 }  // namespace
 
 TEST(GameRecorder, StartsFromTheLoadAndNumbersWhatCameDuringWaits) {
@@ -21,10 +25,7 @@ TEST(GameRecorder, StartsFromTheLoadAndNumbersWhatCameDuringWaits) {
     EXPECT_EQ(r.text().substr(0, r.text().find("highscorer")),
               "# Quillop recorded game\nsize 261 261.5\nseed 7039557\nhighscore 1234.5\n");
     r.command("move 10.25 20");
-    r.tickBegins();
-    r.tickEnds();
-    r.tickBegins();
-    r.tickEnds();
+    ticks(r, 2);
     r.tickBegins();
     r.command("name Bo");  // Congrats! is up inside the tick, outside a wait
     r.waitBegins();
@@ -34,21 +35,16 @@ TEST(GameRecorder, StartsFromTheLoadAndNumbersWhatCameDuringWaits) {
     r.questionAnswered(false);
     r.newGameDone();
     r.tickEnds();
-    r.tickBegins();
-    r.tickEnds();
+    ticks(r, 1);
     EXPECT_EQ(body(r), "highscorer Ada L\nmove 10.25 20\ntick 2\nname Bo\nduring 2 move 1 2\n"
                        "during 2 newgame no\ntick 2\n");
 }
 
 TEST(GameRecorder, LeavesTheQuestionOpenWhileTicksRunUnderIt) {
     GameRecorder r({440, 300, 0, 0, ""});
-    r.tickBegins();
-    r.tickEnds();
+    ticks(r, 1);
     r.newGameClicked();
-    for (int k = 0; k < 3; ++k) {
-        r.tickBegins();
-        r.tickEnds();
-    }
+    ticks(r, 3);
     r.questionAnswered(true);
     r.newGameDone();
     r.expect(4, 250, 91);

@@ -2,6 +2,7 @@
 // test can set up a situation, run a tick and look at what the game did.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -25,20 +26,14 @@ struct RecordingSurface : Surface {
     void setBackColor(std::uint32_t bgr) override { backColors.push_back(bgr); }
     void clear() override {}
     int count(Pic p) const {
-        int n = 0;
-        for (const Paint& paint : paints) n += paint.picture == p;
-        return n;
+        return int(std::count_if(paints.begin(), paints.end(), [p](const Paint& paint) { return paint.picture == p; }));
     }
 };
 
 struct RecordingSound : SoundPlayer {
     std::vector<std::string> played;
     void playSound(const std::string& name) override { played.push_back(name); }
-    int count(const std::string& name) const {
-        int n = 0;
-        for (const std::string& s : played) n += s == name;
-        return n;
-    }
+    int count(const std::string& name) const { return int(std::count(played.begin(), played.end(), name)); }
 };
 
 struct RecordingHost : Host {
@@ -61,18 +56,15 @@ struct RecordingHost : Host {
     }
 };
 
-// Sets the generator so that the draw `ahead` draws from now returns r (a multiple of
-// 2^-24), by running the step backwards from the wanted state.
-inline void forceDraw(Generator& g, int ahead, double r) {
+// Sets the generator so that its next draw returns r (a multiple of 2^-24), by running the
+// step backwards from the wanted state.
+inline void forceNextDraw(Generator& g, double r) {
     const std::uint64_t a = 1140671485u, c = 12820163u, m = 16777216u;
     std::uint64_t inverse = 1;  // a is odd, so a^(2^22 - 1) is its inverse mod 2^24
     for (std::uint64_t base = a % m, e = (1u << 22) - 1; e; e >>= 1, base = base * base % m)
         if (e & 1) inverse = inverse * base % m;
-    std::uint64_t s = static_cast<std::uint64_t>(r * m) % m;
-    for (int k = 0; k <= ahead; ++k) s = (s + m - c) % m * inverse % m;
-    g.seed(static_cast<std::uint32_t>(s));
+    g.seed(static_cast<std::uint32_t>((static_cast<std::uint64_t>(r * m) % m + m - c) % m * inverse % m));
 }
-inline void forceNextDraw(Generator& g, double r) { forceDraw(g, 0, r); }
 
 struct Rig {
     RecordingSurface surface;
@@ -94,15 +86,10 @@ struct Rig {
     }
     // Keep the field objects and the formation away from the puck.
     void clearField() {
-        g.Catfish.Left = 10000;
-        g.Catfish.Top = 10000;
-        g.EnergypodSprite.Left = -10000;
-        g.EnergypodSprite.Top = -10000;
-        g.Pointspod.Active = kFalse;
-        g.Pointspod.Left = -1000;
-        g.Pointspod.Top = -1000;
-        g.Sidestopper.Active = kFalse;
-        g.Sidestopper.Left = -1000;
+        g.Catfish.Left = g.Catfish.Top = 10000;
+        g.EnergypodSprite.Left = g.EnergypodSprite.Top = -10000;
+        g.Pointspod.Active = g.Sidestopper.Active = kFalse;
+        g.Pointspod.Left = g.Pointspod.Top = g.Sidestopper.Left = -1000;
         clearRows();
         g.Speed1 = g.Speed2 = g.Speed3 = g.Speed4 = g.Speed5 = g.Speed6 = 0;
     }

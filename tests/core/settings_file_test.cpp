@@ -8,11 +8,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <random>
 #include <sstream>
@@ -26,10 +28,6 @@ using namespace quillop;
 namespace fs = std::filesystem;
 
 namespace {
-
-struct Entry {
-    std::string section, key, value;
-};
 
 // A file as the game writes it, with a holder that needs quoting and escapes.
 const std::vector<std::string> kValidLines = {
@@ -45,14 +43,22 @@ std::string joined(const std::vector<std::string>& lines) {
 
 std::string slurp(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 void put(const fs::path& path, const std::string& text) {
     fs::remove(path);  // truncating in place would make ext4 flush it to disk on every close
     std::ofstream(path, std::ios::binary) << text;
+}
+
+// Runs `body` in a child process, which may change its user or its environment; true when
+// the child ran it through and it said yes.
+template <class Body>
+bool inChild(Body body) {
+    const pid_t child = fork();
+    if (child == 0) _exit(body() ? 0 : 1);
+    int status = 0;
+    return child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 class SettingsFileTest : public ::testing::Test {
@@ -63,6 +69,7 @@ protected:
         chmod(root_.c_str(), 0755);  // reachable by the unprivileged child of the read-only case
         file_ = root_ / "Quillop" / "Quillop.conf";
         fs::create_directories(file_.parent_path());
+        put(file_, joined(kValidLines));
     }
     void TearDown() override {
         fs::permissions(file_.parent_path(), fs::perms::owner_all, fs::perm_options::add);
@@ -118,7 +125,7 @@ TEST_F(SettingsFileTest, DamageCostsOnlyTheDamagedLines) {
         put(file_, text);
 
         // Which section each line lands in, and every key a damaged line might hold.
-        std::vector<Entry> owed;
+        std::vector<std::array<std::string, 3>> owed;  // section, key, value
         std::map<std::pair<std::string, std::string>, int> keys;
         std::string section, original;
         for (const auto& [from, line] : lines) {
@@ -139,10 +146,10 @@ TEST_F(SettingsFileTest, DamageCostsOnlyTheDamagedLines) {
             }
         }
         SettingsFile fresh(file_.string());
-        for (const Entry& e : owed) {
-            if (keys[{e.section, e.key}] != 1) continue;
-            ASSERT_EQ(fresh.read(e.section, e.key, "<missing>"), e.value) << e.section << "/" << e.key << " in\n" << text;
-            if (e.key == "Highscore") {
+        for (const auto& [section, key, value] : owed) {
+            if (keys[{section, key}] != 1) continue;
+            ASSERT_EQ(fresh.read(section, key, "<missing>"), value) << section << "/" << key << " in\n" << text;
+            if (key == "Highscore") {
                 ++bestIntact;
                 ASSERT_EQ(readHighscore(fresh), 4321.0);
             }
@@ -155,7 +162,6 @@ TEST_F(SettingsFileTest, DamageCostsOnlyTheDamagedLines) {
 // name entry and is killed at random moments: the file is always whole, and the score
 // always has its own holder.
 TEST_F(SettingsFileTest, KilledMidSaveLeavesTheOldOrTheNewFileNeverATornOne) {
-    put(file_, joined(kValidLines));
     std::mt19937 rng(7);
     int kills = 0, changed = 0;
     double last = 4321;
@@ -215,7 +221,6 @@ TEST_F(SettingsFileTest, KilledMidSaveLeavesTheOldOrTheNewFileNeverATornOne) {
 // Two copies of the game on one account: the one closed last does not undo the other's
 // new best score, though its window places win; a higher score of its own does replace it.
 TEST_F(SettingsFileTest, SecondCopyNeverLowersTheBestScore) {
-    put(file_, joined(kValidLines));
     SettingsFile first(file_.string()), second(file_.string());
     ASSERT_EQ(readHighscore(second), 4321.0);  // both started with the old best
     writeNumber(first, "Gorvane", "Highscore", 9000);
@@ -238,44 +243,32 @@ TEST_F(SettingsFileTest, SecondCopyNeverLowersTheBestScore) {
 // A folder that cannot be written: the save says where and why, the file is untouched,
 // and the values wait for the next save. Run unprivileged, as root ignores permissions.
 TEST_F(SettingsFileTest, FailedSaveSaysWhyAndKeepsTheValues) {
-    put(file_, joined(kValidLines));
     fs::permissions(file_.parent_path(), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
                     fs::perm_options::remove);
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(2);
+    EXPECT_TRUE(inChild([&] {
+        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) return false;
         SettingsFile store(file_.string());
         writeNumber(store, "Gorvane", "Highscore", 9000);
         const std::string why = store.commit();
         std::fprintf(stderr, "%s\n", why.c_str());
-        const bool told = why.find(file_.parent_path().string()) != std::string::npos &&
-                          why.find("Permission denied") != std::string::npos;
-        _exit(told && readHighscore(store) == 9000 && slurp(file_) == joined(kValidLines) ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+        return why.find(file_.parent_path().string()) != std::string::npos &&
+               why.find("Permission denied") != std::string::npos && readHighscore(store) == 9000 &&
+               slurp(file_) == joined(kValidLines);
+    }));
 
     // No usable home (none, empty, the root, missing, a file): nothing is written anywhere,
-    // the values live in memory. Run in a child, which may change its environment.
-    const pid_t homeless = fork();
-    ASSERT_GE(homeless, 0);
-    if (homeless == 0) {
+    // the values live in memory.
+    EXPECT_TRUE(inChild([&] {
         unsetenv("XDG_CONFIG_HOME");
-        bool refused = true;
+        std::string why;
         for (const char* bad : {"", "/", "/nonexistent-home", file_.c_str(), static_cast<const char*>(nullptr)}) {
-            std::string why;
+            why.clear();
             bad ? setenv("HOME", bad, 1) : unsetenv("HOME");
-            refused = refused && settingsFilePath(why) == "" && why != "";
+            if (settingsFilePath(why) != "" || why == "") return false;
         }
         setenv("HOME", root_.c_str(), 1);
-        std::string why;
-        _exit(refused && settingsFilePath(why) == (root_ / ".config/Quillop/Quillop.conf").string() ? 0 : 1);
-    }
-    waitpid(homeless, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+        return settingsFilePath(why) == (root_ / ".config/Quillop/Quillop.conf").string();
+    }));
     SettingsFile memory("");
     memory.write("Gorvane", "Highscorer", "Cy");
     EXPECT_EQ(memory.commit(), "");
