@@ -11,53 +11,25 @@ namespace quillop::test {
 
 namespace {
 
-struct EnemyRig : Rig {
+// Every Speed different, no random part in the formations' steps, and the puck out of
+// everyone's way, still "in play".
+struct EnemyRig : ClearRig {
     EnemyRig() {
-        play();
-        sound.played.clear();
-        g.ParkPuck();  // the puck out of everyone's way, still "in play"
+        g.ParkPuck();
         g.CalcPuckEdges();
         g.Speed1 = 1, g.Speed2 = 2, g.Speed3 = 3, g.Speed4 = 4, g.Speed5 = 5, g.Speed6 = 6;
-        g.Catfish.Left = 10000;
-        g.Jitter = 0;  // no random part in the formations' steps
+        g.Jitter = 0;
     }
 };
 struct Enemies : EnemyRig, ::testing::Test {};
 
 }  // namespace
 
-TEST(Mines, APressDropsIntoTheLowestFreeOfThreeSlotsSpreadSideways) {
-    Rig rig;
-    rig.play();
-    Gorvane& g = rig.g;
-    for (int k = 0; k < 3; ++k) {
-        Generator next = rig.rnd;
-        const double r1 = next.next(), r2 = next.next();
-        g.Form_MouseDown(100, 150);
-        EXPECT_EQ(std::make_tuple(g.Mines[k].Active, g.Mines[k].Top), std::make_tuple(kTrue, 150.0f - 11));
-        EXPECT_FLOAT_EQ(g.Mines[k].Left, static_cast<float>(100 - 12 + r1 * 170 - r2 * 170)) << k;
-    }
-    g.Form_MouseDown(100, 150);
-    EXPECT_EQ(rig.rnd.draws(), 2u + 11u + 6u);  // the fourth press draws nothing
-    EXPECT_EQ(g.Mines[3].Active, kFalse);
-    g.Mines[1].Active = kFalse;
-    g.PuckDead = kTrue;  // no drop while the puck is dead, nor without a puck
-    g.Form_MouseDown(300, 50);
-    g.PuckDead = kFalse, g.shapePuck.Visible = kFalse;
-    g.Form_MouseDown(300, 50);
-    EXPECT_EQ(g.Mines[1].Active, kFalse);
-    g.shapePuck.Visible = kTrue;
-    g.Form_MouseDown(300, 50);
-    EXPECT_EQ(std::make_tuple(g.Mines[1].Active, g.Mines[1].Top), std::make_tuple(kTrue, 50.0f - 11));
-    g.cmdPlay_Click();  // a new game clears the leftovers
-    for (int k = 0; k <= 2; ++k) EXPECT_EQ(g.Mines[k].Active, kFalse) << k;
-}
-
-TEST_F(Enemies, MinesFallFourPixelsATickDriftingAndEndBelowTheField) {
+TEST_F(Enemies, MinesFallDriftingAndEndBelowTheFieldAndAPressDropsOneIntoTheLowestFreeOfThree) {
     SpriteRecord& m = g.Mines[0];
     m.Active = kTrue, m.Left = 200, m.Top = -6;  // dropped at the very top: it falls on from there
     Generator next = rnd;
-    const double r1 = next.next(), r2 = next.next();
+    double r1 = next.next(), r2 = next.next();
     g.MoveMines();
     EXPECT_EQ(std::make_pair(m.Top, m.Left), std::make_pair(-2.0f, static_cast<float>(200 + r1 * 8 - r2 * 10)));
     // A drift that ends exactly on the left edge's line does not wrap yet.
@@ -73,9 +45,32 @@ TEST_F(Enemies, MinesFallFourPixelsATickDriftingAndEndBelowTheField) {
     m.Top = 297;
     g.MoveMines();
     EXPECT_EQ(m.Active, kFalse);
-    const auto draws = rnd.draws();
+    auto draws = rnd.draws();
     g.MoveMines();  // an inactive mine neither moves nor draws
     EXPECT_EQ(rnd.draws(), draws);
+
+    g.shapePuck.Visible = kTrue;  // a press drops one spread sideways, while there is a puck
+    draws = rnd.draws();
+    for (int k = 0; k < 3; ++k) {
+        next = rnd;
+        r1 = next.next(), r2 = next.next();
+        g.Form_MouseDown(100, 150);
+        EXPECT_EQ(std::make_tuple(g.Mines[k].Active, g.Mines[k].Top), std::make_tuple(kTrue, 150.0f - 11));
+        EXPECT_FLOAT_EQ(g.Mines[k].Left, static_cast<float>(100 - 12 + r1 * 170 - r2 * 170)) << k;
+    }
+    g.Form_MouseDown(100, 150);  // a fourth finds no free slot and draws nothing
+    EXPECT_EQ(std::make_pair(int(rnd.draws() - draws), g.Mines[3].Active), std::make_pair(6, kFalse));
+    g.Mines[1].Active = kFalse;
+    g.PuckDead = kTrue;  // no drop while the puck is dead, nor without a puck
+    g.Form_MouseDown(300, 50);
+    g.PuckDead = kFalse, g.shapePuck.Visible = kFalse;
+    g.Form_MouseDown(300, 50);
+    EXPECT_EQ(g.Mines[1].Active, kFalse);
+    g.shapePuck.Visible = kTrue;
+    g.Form_MouseDown(300, 50);
+    EXPECT_EQ(std::make_tuple(g.Mines[1].Active, g.Mines[1].Top), std::make_tuple(kTrue, 50.0f - 11));
+    g.cmdPlay_Click();  // a new game clears the leftovers
+    for (int k = 0; k <= 2; ++k) EXPECT_EQ(g.Mines[k].Active, kFalse) << k;
 }
 
 // With every Speed different, the eight of the armed row leave the centre in eight different
@@ -91,7 +86,6 @@ TEST(Formations, TheArmedRowSpreadsFromTheCentreInEightDirections) {
         std::vector<std::pair<float, float>> first;
         for (int k = 0; k <= 7; ++k) first.push_back({row[k].Left - 208, row[k].Top - 139});
         g.UpdateFormation();
-        std::set<std::pair<float, float>> steps(first.begin(), first.end());
         int perQuadrant[4] = {};
         for (int k = 0; k <= 7; ++k) {
             SCOPED_TRACE(::testing::Message() << formation << "/" << k);
@@ -101,23 +95,21 @@ TEST(Formations, TheArmedRowSpreadsFromTheCentreInEightDirections) {
             ++perQuadrant[(first[k].first > 0) + 2 * (first[k].second > 0)];
             EXPECT_EQ(other[k].Left, 208);
         }
-        EXPECT_EQ(steps.size(), 8u);
+        EXPECT_EQ((std::set<std::pair<float, float>>(first.begin(), first.end()).size()), 8u);
         EXPECT_EQ(std::vector<int>(perQuadrant, perQuadrant + 4), std::vector<int>(4, 2));
     }
 }
 
-TEST_F(Enemies, FormationRandomPartIsNeverNegativeAndInactiveRecordsStillDrift) {
-    for (SpriteRecord& r : g.ArseRowA) r.Active = kFalse;
-    g.Jitter = 3;
+TEST_F(Enemies, FormationStepsHaveANonNegativeRandomPartAndWrapOnAllFourEdges) {
+    g.Jitter = 3;  // the rows are cleared: inactive records still drift
     const auto draws = rnd.draws();
     g.UpdateFormation();
     EXPECT_EQ(rnd.draws() - draws, 16u);
     EXPECT_GE(g.ArseRowA[0].Left, 208 + 0.7f);
     EXPECT_LT(g.ArseRowA[0].Left, 208 + 0.7f + 3);
-}
 
-TEST_F(Enemies, WrapOnAllFourEdges) {
-    SpriteRecord& a = g.ArseRowA[0];  // moves +1, +2 a tick with Jitter 0
+    g.Jitter = 0;
+    SpriteRecord& a = g.ArseRowA[0];  // moves +1, +2 a tick
     Byte kind = 0;
     auto step = [&](float left, float top, double drift) {
         a.Left = left, a.Top = top;
@@ -133,7 +125,6 @@ TEST_F(Enemies, WrapOnAllFourEdges) {
 // her swarm off his place on four diagonals; his death sends his own swarm off hers alike.
 TEST_F(Enemies, EachLeadersDeathReleasesASwarmOnFourDiagonalsAtTheOthersPlace) {
     g.Formation = 3;
-    clearRows();
     g.ArmQueen();
     g.Queen.Left = 100, g.Queen.Top = 100;
     g.Knight.Left = 300, g.Knight.Top = 50;
@@ -172,7 +163,6 @@ TEST_F(Enemies, EachLeadersDeathReleasesASwarmOnFourDiagonalsAtTheOthersPlace) {
 }
 
 TEST_F(Enemies, SeekersLaunchAt201Then101Then51TicksFromTheLeftEdge) {
-    clearRows();
     std::vector<int> launches;
     for (int t = 1; t <= 700; ++t) {
         ticks(1);

@@ -8,7 +8,7 @@
 
 namespace quillop {
 
-TEST(Numbers, OverflowIsAnErrorNeverAWrapAndConversionRoundsHalfToEven) {
+TEST(Numbers, OverflowIsAnErrorConversionRoundsHalfToEvenAndTextIsPlainDecimal) {
     Integer i = 32767;
     EXPECT_THROW(++i, IntegerOverflow);
     EXPECT_THROW(Integer(-32769), IntegerOverflow);
@@ -18,9 +18,9 @@ TEST(Numbers, OverflowIsAnErrorNeverAWrapAndConversionRoundsHalfToEven) {
     for (const auto& [x, n] : {std::make_pair(28.5, 28), {29.5, 30}, {-2.5, -2}, {2.5000001, 3}})
         EXPECT_EQ(CInt(x), n) << x;
     EXPECT_EQ(std::make_pair(Int(-0.5), Int(5.999)), std::make_pair(-1.0, 5.0));  // Int is the floor
-}
 
-TEST(NumberText, WholeValuesPlainOthersWithFifteenDigitsReadBackOnlyAsPlainDecimals) {
+    // As text: whole values plain, others with fifteen digits and exponents; read back only
+    // from plain decimals.
     for (const auto& [x, text] : {std::make_pair(0.0, "0"), {3250, "3250"}, {-5, "-5"}, {12.5, "12.5"},
                                   {1e15, "1E+15"}, {1.5e-5, "1.5E-05"}, {0.1 + 0.2, "0.3"}})
         EXPECT_EQ(numberText(x), text);

@@ -66,8 +66,7 @@ TEST_F(PuckStep, WallsAndThePaddleBounceOnlyPastTheirLines) {
         const Step& s = steps[k];
         SCOPED_TRACE(k);
         sound.played.clear();
-        g.Increment = s.increment;
-        g.PuckBelowPaddle = toBoolean(s.below);
+        g.Increment = s.increment, g.PuckBelowPaddle = toBoolean(s.below);
         putPuck(s.left, s.top, s.xmove, s.ymove);
         g.MovePuck();
         EXPECT_NEAR(g.shapePuck.Left - g.XMove * g.Increment, s.leftAt, 1e-4);

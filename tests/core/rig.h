@@ -38,8 +38,7 @@ struct RecordingSound : SoundPlayer {
 
 struct RecordingHost : Host {
     std::string score, level, lives, caption;
-    int highscoreDialogs = 0;
-    int questions = 0;
+    int highscoreDialogs = 0, questions = 0;
     bool answer = true;
     std::function<void()> onHighscoreDialog;
     void setScoreLabel(const std::string& t) override { score = t; }
@@ -98,10 +97,8 @@ struct Rig {
             for (SpriteRecord& r : *row) r.Active = kFalse;
     }
     void putPuck(float left, float top, double xmove, double ymove) {
-        g.shapePuck.Left = left;
-        g.shapePuck.Top = top;
-        g.XMove = xmove;
-        g.YMove = ymove;
+        g.shapePuck.Left = left, g.shapePuck.Top = top;
+        g.XMove = xmove, g.YMove = ymove;
         g.CalcPuckEdges();
     }
     // The puck's look and the paddle's in one line: shape, size, fill style, colour, paddle.

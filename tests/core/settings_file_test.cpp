@@ -8,7 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +17,7 @@
 #include <map>
 #include <random>
 #include <sstream>
+#include <tuple>
 
 #include "game/dialog_rules.h"
 #include "game/settings_values.h"
@@ -125,7 +125,7 @@ TEST_F(SettingsFileTest, DamageCostsOnlyTheDamagedLines) {
         put(file_, text);
 
         // Which section each line lands in, and every key a damaged line might hold.
-        std::vector<std::array<std::string, 3>> owed;  // section, key, value
+        std::vector<std::tuple<std::string, std::string, std::string>> owed;  // section, key, value
         std::map<std::pair<std::string, std::string>, int> keys;
         std::string section, original;
         for (const auto& [from, line] : lines) {
@@ -191,10 +191,9 @@ TEST_F(SettingsFileTest, KilledMidSaveLeavesTheOldOrTheNewFileNeverATornOne) {
         ASSERT_EQ(text.back(), '\n');
         SettingsFile store(file_.string());
         const double best = readHighscore(store);
-        const std::string holder = readHighscorer(store);
         ASSERT_GE(best, last);
         if (best != 4321) {
-            ASSERT_EQ(holder, "Player " + std::to_string(static_cast<long>(best))) << text;
+            ASSERT_EQ(readHighscorer(store), "Player " + std::to_string(static_cast<long>(best))) << text;
             ASSERT_EQ(store.read("MDI", "Top", ""), std::to_string(static_cast<long>(best))) << text;
         }
         ASSERT_EQ(store.read("Help", "Left", ""), "200") << text;
@@ -203,12 +202,9 @@ TEST_F(SettingsFileTest, KilledMidSaveLeavesTheOldOrTheNewFileNeverATornOne) {
     }
     // Temporary files of killed saves are cleared by a later save once they are old.
     int left = 0;
+    const timespec old[2] = {{0, 0}, {time(nullptr) - 3600, 0}};
     for (const auto& entry : fs::directory_iterator(file_.parent_path()))
-        if (entry.path() != file_) {
-            ++left;
-            const timespec old[2] = {{0, 0}, {time(nullptr) - 3600, 0}};
-            utimensat(AT_FDCWD, entry.path().c_str(), old, 0);
-        }
+        if (entry.path() != file_) left += utimensat(AT_FDCWD, entry.path().c_str(), old, 0) == 0;
     SettingsFile store(file_.string());
     store.write("Help", "Top", "1");
     ASSERT_EQ(store.commit(), "");
@@ -231,9 +227,8 @@ TEST_F(SettingsFileTest, SecondCopyNeverLowersTheBestScore) {
     writeTwips(second, "MDI", "Top", 750);
     ASSERT_EQ(second.commit(), "");
     SettingsFile after(file_.string());
-    EXPECT_EQ(readHighscore(after), 9000.0);
-    EXPECT_EQ(readHighscorer(after), "Ann");
-    EXPECT_EQ(after.read("MDI", "Top", ""), "750");
+    EXPECT_EQ(std::make_tuple(readHighscore(after), readHighscorer(after), after.read("MDI", "Top", "")),
+              std::make_tuple(9000.0, std::string("Ann"), std::string("750")));
     writeNumber(second, "Gorvane", "Highscore", 9500);
     second.write("Gorvane", "Highscorer", "Bo");
     ASSERT_EQ(second.commit(), "");
