@@ -161,6 +161,7 @@ def case_commands():
     check(all(not l["gameover"] and l["inplay"] and l["level"] == 1 for l in game + lines[15:22]), "game running")
     check(lines[21]["t"] == 22 and lines[22]["gameover"] and lines[22]["play"] and lines[22]["inplay"],
           "after New Game: ready state, the serve's PuckInPlay left on")
+    check(not any(a[2] for l in lines[22:24] for a in l["rowa"] + l["rowb"]), "after New Game: no Arse armed")
     check(lines[22]["catfish"][1] == 187.5 and lines[3]["catfish"][1] == 287.5, "Catfish at the bottom: H - 75/6")
     expect(lines[24], "new game after the resize", level=1, lives=3, kills=0, gameover=False)
     check(all(l["catfish"][1] == 187.5 for l in lines[24:]), "Catfish stays at the new bottom")
