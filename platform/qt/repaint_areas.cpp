@@ -10,24 +10,24 @@ long long pixels(const QRect& r) { return static_cast<long long>(r.width()) * r.
 QRegion coalesceRepaint(std::vector<QRect> areas, int pixelsPerRect) {
     // A frame has a few dozen areas at most. Each joins every rectangle kept so far that is
     // worth joining; what it grew into may now be worth joining to others, so it looks again.
-    std::vector<QRect> kept;
-    kept.reserve(areas.size());
-    for (QRect area : areas) {
-        for (std::size_t k = 0; k < kept.size();) {
-            const QRect both = area | kept[k];
-            if (pixels(both) - pixels(area) - pixels(kept[k]) < pixelsPerRect) {
+    // The kept ones are the front of the same list: this runs every frame.
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        QRect area = areas[i];
+        for (std::size_t k = 0; k < kept;) {
+            const QRect both = area | areas[k];
+            if (pixels(both) - pixels(area) - pixels(areas[k]) < pixelsPerRect) {
                 area = both;
-                kept[k] = kept.back();
-                kept.pop_back();
+                areas[k] = areas[--kept];
                 k = 0;
             } else {
                 ++k;
             }
         }
-        kept.push_back(area);
+        areas[kept++] = area;
     }
     QRegion region;
-    for (const QRect& r : kept) region += r;
+    for (std::size_t k = 0; k < kept; ++k) region += areas[k];
     return region;
 }
 

@@ -15,6 +15,7 @@
 source "$(dirname "$0")/lib.sh"
 e2e_init perf "$1" "${2:-}"
 e2e_start_x
+XPID=${E2E_PIDS[0]}  # Xvfb
 RUNS=${RUNS:-3}
 PLAY_S=${SECONDS_PLAYED:-10}
 ms_since() { echo $(( ($(date +%s%N) - $1) / 1000000 )); }
@@ -22,6 +23,15 @@ cpu() { awk '{print $14 + $15}' "/proc/$1/stat"; }
 status() { awk -v k="$1:" '$1 == k {print $2}' "/proc/$GAME_PID/status"; }
 median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
 pct() { awk -v t="$1" -v ms="$2" -v hz="$(getconf CLK_TCK)" 'BEGIN { printf "%.1f", 100 * t / hz / (ms / 1000) }'; }
+# during COMMAND...: runs it; then GAME_CPU and X_CPU are the game's and Xvfb's share of one
+# core meanwhile, and TOOK how many ms it ran
+during() {
+    local g0 x0 t0
+    g0=$(cpu "$GAME_PID") x0=$(cpu "$XPID") t0=$(date +%s%N)
+    "$@"
+    TOOK=$(ms_since "$t0")
+    GAME_CPU=$(pct $(($(cpu "$GAME_PID") - g0)) "$TOOK") X_CPU=$(pct $(($(cpu "$XPID") - x0)) "$TOOK")
+}
 MAPPED=() DRAWN=()
 for run in $(seq "$RUNS"); do
     rm -rf "$XDG_CONFIG_HOME/Quillop"          # every launch from an empty home
@@ -41,16 +51,17 @@ done
 # --- a game of PLAY_S seconds ----------------------------------------------
 e2e_find_frame
 e2e_find_play ready
-XPID=${E2E_PIDS[0]}  # Xvfb
 rss_ready=$(status VmRSS)
 xdotool mousemove "$PX" "$PY" click 1 mousemove "$PX" $((PY + 110))
 sleep 0.2
-g0=$(cpu "$GAME_PID") x0=$(cpu "$XPID") t0=$(date +%s%N)
-for _ in $(seq $((PLAY_S * 2))); do   # the paddle wiggled now and then, as a player would
-    xdotool mousemove_relative -- $((RANDOM % 41 - 20)) 0
-    sleep 0.5
-done
-g1=$(cpu "$GAME_PID") x1=$(cpu "$XPID") el=$(ms_since "$t0")
+wiggle() {  # the paddle wiggled now and then, as a player would
+    for _ in $(seq $((PLAY_S * 2))); do
+        xdotool mousemove_relative -- $((RANDOM % 41 - 20)) 0
+        sleep 0.5
+    done
+}
+during wiggle
+PLAYED="game $GAME_CPU% of one core, Xvfb $X_CPU%"
 # then the pointer sweeps to and fro across the field, 50 moves a second as a player's mouse
 # reports them, from one xdotool so that starting it costs nothing per move
 SWEEP=()
@@ -58,9 +69,8 @@ for i in $(seq 0 $((PLAY_S * 50 - 1))); do
     k=$((i % 60)); [ $k -lt 30 ] || k=$((60 - k))
     SWEEP+=(mousemove $((PX - 150 + k * 10)) $((PY + 110)) sleep 0.02)
 done
-s0=$(cpu "$GAME_PID") st0=$(date +%s%N)
-xdotool "${SWEEP[@]}"
-s1=$(cpu "$GAME_PID") sel=$(ms_since "$st0")
+during xdotool "${SWEEP[@]}"
+SWEPT="game $GAME_CPU% of one core ($((PLAY_S * 50)) moves in $TOOK ms)"
 game_alive || die "the game died while playing"
 e2e_shot playing >/dev/null
 # The field is repainted once per tick: how often its pixels change gives the tick pace from
@@ -77,18 +87,17 @@ e2e_wm_close "$FRAME" || fail "no exit after the close"
 e2e_start_game --replay "$WORK/roam.scn"
 REPLAY=$(e2e_wait_window '^Quillop' 20) || die "the replay showed no frame"
 sleep 2
-r0=$(cpu "$GAME_PID") rt0=$(date +%s%N)
-sleep "$PLAY_S"
-r1=$(cpu "$GAME_PID") rel=$(ms_since "$rt0")
+during sleep "$PLAY_S"
+REPLAYED="game $GAME_CPU% of one core (the same ${PLAY_S}s of play on every run)"
 game_alive || die "the game died while replaying"
 e2e_shot replayed >/dev/null
 
 echo "=== Quillop2 under Xvfb 1280x1024 + openbox, $(nproc) cores ==="
 echo "start-up to frame mapped:   $(median "${MAPPED[@]}") ms median (${MAPPED[*]})"
 echo "start-up to Play drawn:     $(median "${DRAWN[@]}") ms median (${DRAWN[*]})"
-echo "CPU while playing ${PLAY_S}s:     game $(pct $((g1 - g0)) "$el")% of one core, Xvfb $(pct $((x1 - x0)) "$el")%"
-echo "CPU, pointer sweeping:      game $(pct $((s1 - s0)) "$sel")% of one core ($((PLAY_S * 50)) moves in $sel ms)"
+echo "CPU while playing ${PLAY_S}s:     $PLAYED"
+echo "CPU, pointer sweeping:      $SWEPT"
 echo "memory:                     $memory"
 echo "field redraws:              $redraws a second (of $grabs screen polls a second; the tick pace, seen from outside)"
-echo "CPU, a game replayed:       game $(pct $((r1 - r0)) "$rel")% of one core (the same ${PLAY_S}s of play on every run)"
+echo "CPU, a game replayed:       $REPLAYED"
 e2e_wm_close "$REPLAY" || fail "no exit after the replay's close"
